@@ -1,0 +1,44 @@
+// vellumar-cli: the headless tool. Each command is one entry of the table below.
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "frame/version.h"
+
+namespace {
+
+int Version(const std::vector<std::string>&) {
+  std::printf("%s %s\n", vellumar::kApplicationTitle, vellumar::VersionText().c_str());
+  return 0;
+}
+
+struct Command {
+  const char* name;
+  const char* usage;
+  int (*run)(const std::vector<std::string>& args);
+};
+
+const Command kCommands[] = {
+    {"version", "version                 the program's title and version", Version},
+};
+
+void Usage() {
+  std::fprintf(stderr, "usage: vellumar-cli COMMAND [ARGS]\n");
+  for (const Command& c : kCommands) std::fprintf(stderr, "  %s\n", c.usage);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2) {
+    Usage();
+    return 2;
+  }
+  std::vector<std::string> args(argv + 2, argv + argc);
+  for (const Command& c : kCommands)
+    if (std::strcmp(argv[1], c.name) == 0) return c.run(args);
+  std::fprintf(stderr, "vellumar-cli: unknown command '%s'\n", argv[1]);
+  Usage();
+  return 2;
+}
