@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "frame/version.h"
+#include "station_commands.h"
 
 namespace {
 
@@ -21,6 +22,11 @@ struct Command {
 
 const Command kCommands[] = {
     {"version", "version                 the program's title and version", Version},
+    {"lookup", "lookup CALL...          DXCC entity, continent and zones of each call",
+     vellumar::cli::Lookup},
+    {"grid", "grid LAT LON            Maidenhead locator of a position in decimal degrees",
+     vellumar::cli::Grid},
+    {"band", "band FREQ               band name of a frequency in MHz", vellumar::cli::Band},
 };
 
 void Usage() {

@@ -7,7 +7,7 @@ namespace vellumar::vb {
 namespace {
 
 // Days since 1970-01-01 of a proleptic Gregorian date (H. Hinnant's algorithm).
-long DaysSinceUnixEpoch(long y, unsigned m, unsigned d) {
+constexpr long DaysSinceUnixEpoch(long y, unsigned m, unsigned d) {
   y -= m <= 2;
   const long era = (y >= 0 ? y : y - 399) / 400;
   const unsigned yoe = static_cast<unsigned>(y - era * 400);
@@ -29,7 +29,8 @@ void CivilFromUnixDays(long z, int& year, int& month, int& day) {
   year = static_cast<int>(y + (month <= 2));
 }
 
-const long kEpochOffset = DaysSinceUnixEpoch(1899, 12, 30);
+// A constant expression, so that date values computed in static initializers elsewhere are right.
+constexpr long kEpochOffset = DaysSinceUnixEpoch(1899, 12, 30);
 
 }  // namespace
 

@@ -1,6 +1,6 @@
 #pragma once
 // The date value: days since 1899-12-30 as a double, the time of day as the fraction, so that
-// 2000-01-01 00:00 is 36525.0. Before 1899-12-30 the whole part counts back and the fraction
+// 2000-01-01 00:00 is 36526.0. Before 1899-12-30 the whole part counts back and the fraction
 // still counts forward from midnight (-1.25 is 1899-12-29 06:00), as the runtime has it.
 #include <optional>
 #include <string>
@@ -40,5 +40,11 @@ std::optional<double> FromStorageText(const std::string& text);
 // Range of date values the runtime accepts: years 100 to 9999.
 constexpr double kMinDate = -657434.0;            // 0100-01-01
 constexpr double kMaxDate = 2958465.99998842592;  // 9999-12-31 23:59:59
+
+// Whether a value is a date of that range: from any time on 0100-01-01 up to what rounds to
+// 9999-12-31 23:59:59.
+inline bool InDateRange(double value) {
+  return value > kMinDate - 1.0 && value < kMaxDate + 0.5 / 86400.0;
+}
 
 }  // namespace vellumar::vb

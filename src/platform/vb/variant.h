@@ -27,17 +27,21 @@ class Variant {
   bool IsNull() const { return type_ == Type::Null; }
   bool IsEmpty() const { return type_ == Type::Empty; }
   bool IsString() const { return type_ == Type::String; }
-  bool IsNumeric() const;  // Boolean, Integer, Long, Double, or a string that reads as a number
+  // IsNumeric: Empty, Boolean, Integer, Long, Double, or a text that reads as a number
+  // (ParseNumber); not Null, not a Date.
+  bool IsNumeric() const;
 
   // Conversions with the runtime's rules. Null raises error 94 (Invalid use of Null); a text that
-  // isn't a number or a date raises 13 (Type mismatch); out of range raises 6 (Overflow).
-  std::string ToString() const;       // CStr; a Boolean is "True"/"False"
+  // isn't a number or a date raises 13 (Type mismatch); out of range raises 6 (Overflow). Empty
+  // is "" as text and 0 as a number.
+  // CStr: a Boolean is "True"/"False", a Double NumberToString, a Date DateToString.
+  std::string ToString() const;
   std::string ToStringOrEmpty() const;  // as ToString, but Null gives "" (reading "field & """)
-  double ToDouble() const;            // CDbl
-  int32_t ToLong() const;             // CLng, rounding half to even
-  int16_t ToInteger() const;          // CInt, rounding half to even
-  bool ToBool() const;                // CBool
-  double ToDate() const;              // CDate
+  double ToDouble() const;              // CDbl; True is -1, a Date its day value
+  int32_t ToLong() const;               // CLng, rounding half to even
+  int16_t ToInteger() const;            // CInt, rounding half to even
+  bool ToBool() const;                  // CBool; a text "True"/"False" in any case, or a number
+  double ToDate() const;                // CDate; a number is a day value, 6 beyond years 100..9999
 
   bool operator==(const Variant& other) const { return type_ == other.type_ && v_ == other.v_; }
 

@@ -1,0 +1,737 @@
+#include "config/vellum_setup.h"
+
+#include <array>
+#include <filesystem>
+
+#include "awards/progress_columns.h"
+#include "config/paper_sizes.h"
+#include "config/set_combo.h"
+#include "config/window_placement.h"
+#include "frame/version.h"
+#include "platform/vb/error.h"
+#include "platform/vb/variant.h"
+#include "program/application.h"
+
+namespace vellumar {
+namespace {
+
+constexpr const char* kConfiguration = "Configuration";
+constexpr const char* kAwardSection = "Award";
+constexpr const char* kRACSection = "RAC";
+constexpr const char* kPrinterSection = "Printer";
+constexpr const char* kQSLSection = "QSL";
+constexpr const char* kLogGridSection = "LogGrid";
+
+// Where the route-search sibling keeps the callbook program, read as our default.
+constexpr const char* kTrailmark = "Trailmark";
+constexpr const char* kCallbookDefault = "D:\\callbook.exe";
+
+constexpr int kFirstAwardBand = kProgressFirstBand;  // AwardCheck(3) is 160M
+constexpr int kLastAwardMode = kProgressPSK;         // AwardCheck(17) is PSK
+constexpr int kFirstWAZBand = kProgressFirstBand;    // WAZBandCheck(3) is 160M
+constexpr int kLastWAZBand = 12;                     // WAZBandCheck(12) is 6M
+constexpr int kMaxCallbookFolder = 80;               // characters the callbook library takes
+
+// The modes of the WAZ report, by their index 1..6.
+constexpr std::array<const char*, 7> kWAZModeNames = {"",   "SSB",  "CW",     "RTTY",
+                                                      "AM", "SSTV", "Digital"};
+
+constexpr std::array<const char*, 4> kLogFrameCaptions = {"Auxillary fields", "QSL fields",
+                                                          "Award fields", "Contest fields"};
+
+int CheckValue(const std::string& text) { return vb::Variant(text).ToInteger(); }
+
+std::string AwardName(int index) {
+  return (index <= kProgressLastBand ? BandFieldName(index) : ModeFieldName(index)).ToString();
+}
+std::string AwardKey(int index) { return "Award" + AwardName(index); }
+std::string WAZBandKey(int band) { return "WAZBandAward" + BandFieldName(band).ToString(); }
+std::string WAZModeKey(int mode) { return std::string("WAZModeAward") + kWAZModeNames.at(mode); }
+
+// The folder of the callbook program as its library wants it: trimmed, ending in a separator.
+std::string CallbookFolder(const std::string& pathname) {
+  const size_t slash = pathname.find_last_of("/\\");
+  const char separator = slash == std::string::npos ? '/' : pathname[slash];
+  std::string folder = slash == std::string::npos ? "" : pathname.substr(0, slash);
+  const size_t first = folder.find_first_not_of(' ');
+  folder = first == std::string::npos
+               ? ""
+               : folder.substr(first, folder.find_last_not_of(' ') + 1 - first);
+  if (folder.empty() || (folder.back() != '/' && folder.back() != '\\')) folder += separator;
+  return folder;
+}
+
+// The windows loaded now, in the order the program loads them.
+std::vector<ui::Form*> LoadedForms(Application& app) {
+  std::vector<ui::Form*> forms;
+  for (ui::Form* form :
+       {static_cast<ui::Form*>(&app.main), static_cast<ui::Form*>(&app.capture),
+        static_cast<ui::Form*>(app.setupForm.get()), static_cast<ui::Form*>(&app.cardPage),
+        static_cast<ui::Form*>(&app.advancedFilter), static_cast<ui::Form*>(&app.addressEditor)}) {
+    if (form && form->Loaded()) forms.push_back(form);
+  }
+  return forms;
+}
+
+template <class T>
+void AdoptArray(ui::Form& form, ui::ControlArray<T>& array) {
+  for (auto& item : array) form.Adopt(*item);
+}
+
+}  // namespace
+
+VellumSetup::VellumSetup(Application& app)
+    : ui::Form("VellumSetup"),
+      Tooltips([&app] { return LoadedForms(app); }, app.settings, app.common.errorLog()),
+      app_(app) {
+  SetCaption("Vellumar Configuration");
+  PrinterDeviceNames = [] { return std::vector<std::string>{kPrintToPdfFile}; };
+  CallbookInstalled = [] { return false; };
+  AdoptControls();
+  SetDesignValues();
+  WireControls();
+}
+
+template <class Body>
+void VellumSetup::Tail(const char* procedure, Body&& body) {
+  WithFailureTail(app_.common.errorLog(), std::string("VellumSetup.") + procedure,
+                  std::forward<Body>(body));
+}
+
+std::string VellumSetup::GetSetting(const std::string& section, const std::string& key,
+                                    const std::string& defaultValue) const {
+  return app_.GetSetting(section, key, defaultValue);
+}
+
+void VellumSetup::SaveSetting(const std::string& section, const std::string& key,
+                              const std::string& value) {
+  app_.SaveSetting(section, key, value);
+}
+
+void VellumSetup::ShowMessage(const std::string& text) {
+  app_.desktop.MsgBox(text, ui::vbOKOnly, kApplicationTitle);
+}
+
+void VellumSetup::AdoptControls() {
+  for (ui::Control* c : std::initializer_list<ui::Control*>{&SetupTab,
+                                                            &MyCallsign,
+                                                            &TransmitPower,
+                                                            &QSLMsg,
+                                                            &RunCheck,
+                                                            &ConfirmDeleteCheck,
+                                                            &LookupPrevQSOCheck,
+                                                            &AutoSetDateTimeCheck,
+                                                            &DisplaySecondsCheckbox,
+                                                            &SetCaptureQSLRequestCheck,
+                                                            &BrowserPathname,
+                                                            &TooltipsCheckbox,
+                                                            &LogPathname,
+                                                            &BackupDirectory,
+                                                            &LogLayout,
+                                                            &LogGridFontCmd,
+                                                            &LogPanelFontCmd,
+                                                            &OpenLogCmd,
+                                                            &LogSelectCmd,
+                                                            &BackupCmd,
+                                                            &QSLInfoLowerLeft,
+                                                            &QSLInfoLowerRight,
+                                                            &QSLPrintOpCallsignCheck,
+                                                            &ClearUpperLeftCmd,
+                                                            &ClearUpperRightCmd,
+                                                            &ClearLowerLeftCmd,
+                                                            &ClearLowerRightCmd,
+                                                            &NarrowTopOffset,
+                                                            &NarrowLabelsPerColumn,
+                                                            &WideTopOffset,
+                                                            &WideLabelsPerColumn,
+                                                            &eQSLName,
+                                                            &eQSLPassword,
+                                                            &RACPathname,
+                                                            &RACEnabled,
+                                                            &RACBrowseCmd,
+                                                            &PrinterName,
+                                                            &PaperSizeCombo,
+                                                            &EnvelopeLeftOffset,
+                                                            &EnvelopeTopOffset,
+                                                            &AirmailCheck,
+                                                            &EnvelopeNarrowTopOffset,
+                                                            &EnvelopeNarrowLabelsPerColumn,
+                                                            &EnvelopeWideTopOffset,
+                                                            &EnvelopeWideLabelsPerColumn}) {
+    Adopt(*c);
+  }
+  AdoptArray(*this, HelpCmd);
+  AdoptArray(*this, LogFrameVisible);
+  AdoptArray(*this, AwardCheck);
+  AdoptArray(*this, WAZBandCheck);
+  AdoptArray(*this, WAZModeCheck);
+  AdoptArray(*this, QSLInfoUpperLeft);
+  AdoptArray(*this, QSLInfoUpperRight);
+  AdoptArray(*this, NarrowColumnOffset);
+  AdoptArray(*this, WideColumnOffset);
+  AdoptArray(*this, PrintQualityButton);
+  AdoptArray(*this, ReturnAddress);
+  AdoptArray(*this, EnvelopeNarrowColumnOffset);
+  AdoptArray(*this, EnvelopeWideColumnOffset);
+}
+
+// The window as it is designed, before any handler is attached: the check boxes stand at the
+// defaults of their settings, so that loading the defaults raises no Click. RACEnabled stands
+// cleared, so that loading it checked asks whether the callbook is there and sets RACcmd.
+void VellumSetup::SetDesignValues() {
+  for (auto& help : HelpCmd) help->SetCaption("Help");
+  RunCheck.SetCaption("Run-mode");
+  ConfirmDeleteCheck.SetCaption("Confirm QSO deletion");
+  ConfirmDeleteCheck.SetValue(1);
+  LookupPrevQSOCheck.SetCaption("Display previous QSOs on Lookup");
+  LookupPrevQSOCheck.SetValue(1);
+  AutoSetDateTimeCheck.SetCaption("Automatically set QSO date && time");
+  AutoSetDateTimeCheck.SetValue(1);
+  DisplaySecondsCheckbox.SetCaption("Display seconds in date/time fields");
+  SetCaptureQSLRequestCheck.SetCaption("Preset 'QSL Requested' checkbox");
+  TooltipsCheckbox.SetCaption("show control explanations");
+  TooltipsCheckbox.SetValue(1);
+
+  for (const auto& [caption, width] :
+       {std::pair{"Field", 1500}, std::pair{"Caption", 1500}, std::pair{"Alignment", 1000}}) {
+    ui::GridColumn column;
+    column.Caption = caption;
+    column.Width = width;
+    LogLayout.Columns().push_back(column);
+  }
+  for (int i = 0; i < LogFrameVisible.Count(); ++i) {
+    LogFrameVisible(i).SetCaption(kLogFrameCaptions.at(static_cast<size_t>(i)));
+    LogFrameVisible(i).SetValue(1);
+  }
+  LogGridFontCmd.SetCaption("Log Grid Font");
+  LogPanelFontCmd.SetCaption("Log Panel Font");
+  OpenLogCmd.SetCaption("Open");
+  LogSelectCmd.SetCaption("Select");
+  BackupCmd.SetCaption("Backup");
+  BackupCmd.SetEnabled(false);
+
+  for (int i = 0; i < AwardCheck.Count(); ++i) {
+    const bool used = i >= kFirstAwardBand && i <= kLastAwardMode;
+    AwardCheck(i).SetVisible(used);
+    AwardCheck(i).SetValue(used ? 1 : 0);
+  }
+  for (int b = 0; b < WAZBandCheck.Count(); ++b) {
+    const bool used = b >= kFirstWAZBand && b <= kLastWAZBand;
+    WAZBandCheck(b).SetVisible(used);
+    WAZBandCheck(b).SetValue(used ? 1 : 0);
+  }
+  for (int m = 0; m < WAZModeCheck.Count(); ++m) {
+    WAZModeCheck(m).SetVisible(m > 0);
+    WAZModeCheck(m).SetValue(m > 0 ? 1 : 0);
+  }
+
+  QSLPrintOpCallsignCheck.SetCaption("Print operator callsign");
+  for (ui::CommandButton* clear :
+       {&ClearUpperLeftCmd, &ClearUpperRightCmd, &ClearLowerLeftCmd, &ClearLowerRightCmd}) {
+    clear->SetCaption("Clear");
+  }
+
+  RACEnabled.SetCaption("Fill in fields with callbook data");
+  RACBrowseCmd.SetCaption("Browse");
+
+  PrinterName.SetStyle(ui::ComboBox::kDropDownList);
+  PaperSizeCombo.SetStyle(ui::ComboBox::kDropDownList);
+  PrintQualityButton(0).SetVisible(false);
+  constexpr std::array<const char*, 4> kQualities = {"Draft", "Low", "Medium", "High"};
+  for (int q = 1; q < PrintQualityButton.Count(); ++q) {
+    PrintQualityButton(q).SetCaption(kQualities.at(static_cast<size_t>(q - 1)));
+    PrintQualityGroup.Add(PrintQualityButton(q));
+  }
+
+  AirmailCheck.SetCaption("Airmail");
+  AirmailCheck.SetValue(1);
+}
+
+std::vector<VellumSetup::NumericBox> VellumSetup::NumericBoxes() {
+  std::vector<NumericBox> boxes = {
+      {&NarrowTopOffset, "NarrowTopOffset", true},
+      {&NarrowLabelsPerColumn, "NarrowLabelsPerColumn", false},
+      {&WideTopOffset, "WideTopOffset", true},
+      {&WideLabelsPerColumn, "WideLabelsPerColumn", false},
+      {&EnvelopeLeftOffset, "EnvelopeLeftOffset", true},
+      {&EnvelopeTopOffset, "EnvelopeTopOffset", true},
+      {&EnvelopeNarrowTopOffset, "NarrowTopOffset", true},
+      {&EnvelopeNarrowLabelsPerColumn, "NarrowLabelsPerColumn", false},
+      {&EnvelopeWideTopOffset, "WideTopOffset", true},
+      {&EnvelopeWideLabelsPerColumn, "WideLabelsPerColumn", false},
+  };
+  // A column offset's key counts its columns from 1.
+  for (int i = 0; i < NarrowColumnOffset.Count(); ++i) {
+    const std::string key = "NarrowColumnOffset" + std::to_string(i + 1);
+    boxes.push_back({&NarrowColumnOffset(i), key, true});
+    boxes.push_back({&EnvelopeNarrowColumnOffset(i), key, true});
+  }
+  for (int i = 0; i < WideColumnOffset.Count(); ++i) {
+    const std::string key = "WideColumnOffset" + std::to_string(i + 1);
+    boxes.push_back({&WideColumnOffset(i), key, true});
+    boxes.push_back({&EnvelopeWideColumnOffset(i), key, true});
+  }
+  return boxes;
+}
+
+void VellumSetup::WireControls() {
+  Form_Load = [this] { VellumSetup_Load(); };
+  Form_QueryUnload = [this](int& cancel, int mode) { VellumSetup_QueryUnload(cancel, mode); };
+  Form_Unload = [this](int& cancel) { VellumSetup_Unload(cancel); };
+
+  HelpCmd.On(&ui::CommandButton::Click, [this](int i) { HelpCmd_Click(i); });
+  MyCallsign.Change = [this] { MyCallsign_Change(); };
+  DisplaySecondsCheckbox.Click = [this] { DisplaySecondsCheckbox_Click(); };
+  TooltipsCheckbox.Click = [this] { TooltipsCheckbox_Click(); };
+  BrowserPathname.Change = [this] { BrowserPathname_Change(); };
+
+  LogPathname.Change = [this] { LogPathname_Change(); };
+  OpenLogCmd.Click = [this] { OpenLogCmd_Click(); };
+  LogSelectCmd.Click = [this] { LogSelectCmd_Click(); };
+  LogFrameVisible.On(&ui::CheckBox::Click, [this](int i) { LogFrameVisible_Click(i); });
+
+  AwardCheck.On(&ui::CheckBox::Click, [this](int i) {
+    if (i >= kFirstAwardBand && i <= kLastAwardMode) AwardCheck_Click(i);
+  });
+  WAZBandCheck.On(&ui::CheckBox::Click, [this](int b) {
+    if (b >= kFirstWAZBand && b <= kLastWAZBand) WAZBandCheck_Click(b);
+  });
+  WAZModeCheck.On(&ui::CheckBox::Click, [this](int m) {
+    if (m > 0) WAZModeCheck_Click(m);
+  });
+
+  ClearUpperLeftCmd.Click = [this] {
+    for (auto& box : QSLInfoUpperLeft) box->SetText("");
+  };
+  ClearUpperRightCmd.Click = [this] {
+    for (auto& box : QSLInfoUpperRight) box->SetText("");
+  };
+  ClearLowerLeftCmd.Click = [this] { QSLInfoLowerLeft.SetText(""); };
+  ClearLowerRightCmd.Click = [this] { QSLInfoLowerRight.SetText(""); };
+
+  for (const NumericBox& n : NumericBoxes()) {
+    ui::TextBox* box = n.box;
+    const bool decimal = n.decimal;
+    const std::string key = n.key;
+    box->KeyPress = [this, box, decimal](int& keyAscii) {
+      NumericBox_KeyPress(*box, decimal, keyAscii);
+    };
+    box->Change = [this, box, key] { NumericBox_Change(*box, key); };
+  }
+
+  RACEnabled.Click = [this] { RACEnabled_Click(); };
+  RACPathname.Change = [this] { RACPathname_Change(); };
+  RACBrowseCmd.Click = [this] { RACBrowseCmd_Click(); };
+}
+
+void VellumSetup::ShowPage(int page) {
+  SetupTab.SetTab(page);
+  Show();
+}
+
+std::string VellumSetup::DefaultLogPathname(const std::string& callsign) const {
+  return app_.DatabasesFolder() + "/" + Common::SafeFilename(callsign) + ".vdb";
+}
+
+void VellumSetup::VellumSetup_Load() {
+  Tail("Form_Load", [&] {
+    RestoreWindowPosition(*this, app_.common, app_.settings);
+
+    for (int i = 0; i < LogFrameVisible.Count(); ++i) {
+      LogFrameVisible(i).SetValue(
+          CheckValue(GetSetting(kConfiguration, "LogFrameVisible" + std::to_string(i), "1")));
+    }
+    SaveLogFrameVisibility();
+
+    MyCallsign.SetText(GetSetting(kConfiguration, "Callsign", ""));
+    if (MyCallsign.Text().empty()) {
+      MyCallsign.SetText(app_.desktop.InputBox("Welcome to Vellum - please specify your callsign: ",
+                                               std::string(kApplicationTitle) + " initialization",
+                                               ""));
+    }
+
+    TransmitPower.SetText(GetSetting(kConfiguration, "TransmitPower", "100"));
+    QSLMsg.SetText(GetSetting(kConfiguration, "QSLMsg", ""));
+    RunCheck.SetValue(CheckValue(GetSetting(kConfiguration, "Run", "0")));
+    ConfirmDeleteCheck.SetValue(CheckValue(GetSetting(kConfiguration, "ConfirmDelete", "1")));
+    LookupPrevQSOCheck.SetValue(CheckValue(GetSetting(kConfiguration, "LookupPrevQSO", "1")));
+    AutoSetDateTimeCheck.SetValue(CheckValue(GetSetting(kConfiguration, "AutoSetDateTime", "1")));
+
+    // A format with "-" is of an older kind, which the date fields no longer read.
+    DateTimeFormat = GetSetting(kConfiguration, "DateTimeFormat", kDateTimeFormatMinutes);
+    if (DateTimeFormat.find('-') != std::string::npos) DateTimeFormat = kDateTimeFormatMinutes;
+    DisplaySecondsCheckbox.SetValue(DateTimeFormat == kDateTimeFormatSeconds ? 1 : 0);
+
+    SetCaptureQSLRequestCheck.SetValue(
+        CheckValue(GetSetting(kConfiguration, "SetCaptureQSLRequest", "0")));
+    QSLPrintOpCallsignCheck.SetValue(
+        CheckValue(GetSetting(kConfiguration, "QSLPrintOpCallsign", "0")));
+
+    const std::string callbookDefault =
+        app_.settings.GetSetting(kTrailmark, kRACSection, "Pathname", kCallbookDefault);
+    RACPathname.SetText(GetSetting(kRACSection, "Pathname", callbookDefault));
+    RACEnabled.SetValue(CheckValue(GetSetting(kRACSection, "RACEnabled", "1")));
+
+    LogPathname.SetText(
+        GetSetting(kConfiguration, "LogPathname", DefaultLogPathname(MyCallsign.Text())));
+    if (LogPathname.Text().empty()) LogPathname.SetText(DefaultLogPathname(MyCallsign.Text()));
+    if (!LogPathnameExists() && !app_.logSchema.CreateLog(LogPathname.Text())) {
+      ShowMessage("unable to create log database");
+    }
+
+    BackupDirectory.SetText(GetSetting(kConfiguration, "BackupDirectory",
+                                       app_.common.ApplicationDirectory() + "/Backups"));
+    eQSLName.SetText(GetSetting(kConfiguration, "eQSLUser", ""));
+    eQSLPassword.SetText(GetSetting(kConfiguration, "eQSLPassword", ""));
+
+    UpdateOpenLogCmdCaption();
+    OpenLogCmd.SetEnabled(true);  // no log is open yet
+    BackupCmd.SetEnabled(false);
+
+    BrowserPathname.SetText(GetSetting(kConfiguration, "BrowserPathname", ""));
+    app_.common.SetBrowserPathname(BrowserPathname.Text());
+
+    InitializePrinter();
+    InitializeAwardTracking();
+  });
+}
+
+void VellumSetup::VellumSetup_QueryUnload(int& cancel, int unloadMode) {
+  // The operator's close only hides the window; the main window unloads it at the end.
+  if (unloadMode == ui::vbFormControlMenu) {
+    cancel = 1;
+    Hide();
+  }
+}
+
+void VellumSetup::VellumSetup_Unload(int& cancel) {
+  Tail("Form_Unload", [&] {
+    SaveAwardTracking();
+    SaveLogGridColumnWidths();
+    SaveQTHGridColumnWidths();
+    SaveLogLayoutGridColumnWidths();
+    app_.module.CloseLog();
+    SaveWindowPosition(*this, app_.common, app_.settings);
+
+    SaveSetting(kConfiguration, "Callsign", MyCallsign.Text());
+    SaveSetting(kConfiguration, "TransmitPower", TransmitPower.Text());
+    SaveSetting(kConfiguration, "QSLMsg", QSLMsg.Text());
+    SaveSetting(kConfiguration, "Run", std::to_string(RunCheck.Value()));
+    SaveSetting(kConfiguration, "ConfirmDelete", std::to_string(ConfirmDeleteCheck.Value()));
+    SaveSetting(kConfiguration, "LookupPrevQSO", std::to_string(LookupPrevQSOCheck.Value()));
+    SaveSetting(kConfiguration, "AutoSetDateTime", std::to_string(AutoSetDateTimeCheck.Value()));
+    SaveSetting(kConfiguration, "DateTimeFormat", DateTimeFormat);
+    SaveSetting(kConfiguration, "SetCaptureQSLRequest",
+                std::to_string(SetCaptureQSLRequestCheck.Value()));
+    SaveSetting(kConfiguration, "QSLPrintOpCallsign",
+                std::to_string(QSLPrintOpCallsignCheck.Value()));
+    SaveSetting(kConfiguration, "eQSLUser", eQSLName.Text());
+    SaveSetting(kConfiguration, "eQSLPassword", eQSLPassword.Text());
+    if (PrinterName.ListIndex() >= 0) {
+      SaveSetting(kPrinterSection, "PrinterName", PrinterName.List(PrinterName.ListIndex()));
+      if (PaperSizeCombo.ListIndex() >= 0) {
+        SaveSetting(kPrinterSection, "PrinterPaperSize",
+                    std::to_string(PaperSizeCombo.ItemData(PaperSizeCombo.ListIndex())));
+      }
+    }
+  });
+}
+
+// ---- The log ----
+
+bool VellumSetup::LogPathnameExists() const {
+  std::error_code ec;
+  return !LogPathname.Text().empty() && std::filesystem::is_regular_file(LogPathname.Text(), ec);
+}
+
+void VellumSetup::UpdateOpenLogCmdCaption() {
+  if (LogPathnameExists()) {
+    OpenLogCmd.SetCaption("Open");
+    OpenLogCmd.SetToolTipText("click to open the specified log file");
+  } else {
+    OpenLogCmd.SetCaption("Create");
+    OpenLogCmd.SetToolTipText("click to create a log file at the specified pathname");
+  }
+}
+
+void VellumSetup::LogPathname_Change() {
+  Tail("LogPathname_Change", [&] {
+    UpdateOpenLogCmdCaption();
+    OpenLogCmd.SetEnabled(true);
+  });
+}
+
+void VellumSetup::OpenLogCmd_Click() {
+  Tail("OpenLogCmd_Click", [&] {
+    const std::string pathname = LogPathname.Text();
+    if (OpenLogCmd.Caption() == "Create") {
+      const std::string directory = app_.common.ContainingDirectory(pathname);
+      std::error_code ec;
+      if (!std::filesystem::is_directory(directory, ec)) {
+        ShowMessage("folder does not exist: " + directory);
+        return;
+      }
+      if (!app_.logSchema.CreateLog(pathname)) {
+        ShowMessage("unable to create log database: " + pathname);
+        return;
+      }
+    }
+    app_.module.CloseLog();
+    app_.module.OpenLog(pathname, false);
+    if (!app_.module.LogOpen()) ShowMessage("unable to open log database: " + pathname);
+    app_.main.UpdateCaption();
+  });
+}
+
+void VellumSetup::SaveLogPathname() {
+  Tail("SaveLogPathname", [&] { SaveSetting(kConfiguration, "LogPathname", LogPathname.Text()); });
+}
+
+void VellumSetup::SaveBackupDirectory() {
+  Tail("SaveBackupDirectory",
+       [&] { SaveSetting(kConfiguration, "BackupDirectory", BackupDirectory.Text()); });
+}
+
+void VellumSetup::LogSelectCmd_Click() {
+  Tail("LogSelectCmd_Click", [&] {
+    ui::FileDialogRequest request;
+    request.title = "Select log";
+    request.filter = "Log (*.vdb)|*.vdb";
+    request.defaultExt = ".vdb";
+    request.initialDir = GetSetting(kConfiguration, "LogDirectory", app_.DatabasesFolder());
+    std::string pathname;
+    try {
+      pathname = app_.desktop.OpenFileDialog(request);
+    } catch (const vb::VbError& e) {
+      if (e.number() == vb::kCancelSelected) return;
+      throw;
+    }
+    LogPathname.SetText(pathname);
+    SaveSetting(kConfiguration, "LogDirectory", app_.common.ContainingDirectory(pathname));
+  });
+}
+
+// The panel's box in the main window, the setting and the panel itself follow the box here.
+void VellumSetup::ApplyLogFrameVisibility(int index) {
+  VellumMain& main = app_.main;
+  const int value = LogFrameVisible(index).Value();
+  // The echo in the main window's box is not the operator's click.
+  main.IgnoreFrameSelect();
+  main.LogFrameSelect(index).SetValue(value);
+  main.obeyFrameSelect();
+  SaveSetting(kConfiguration, "LogFrameVisible" + std::to_string(index), std::to_string(value));
+  ui::Frame& frame = main.LogFrame(index);
+  const bool show = value == 1;
+  if (frame.Visible() != show) {
+    frame.SetVisible(show);
+    main.SetHeight(main.Height() + (show ? frame.Height() : -frame.Height()));
+  }
+}
+
+void VellumSetup::SaveLogFrameVisibility() {
+  Tail("SaveLogFrameVisibility", [&] {
+    for (int i = 0; i < LogFrameVisible.Count(); ++i) ApplyLogFrameVisibility(i);
+  });
+}
+
+void VellumSetup::LogFrameVisible_Click(int index) {
+  Tail("LogFrameVisible_Click", [&] {
+    ApplyLogFrameVisibility(index);
+    app_.main.UpdateCaption();
+  });
+}
+
+// ---- Awards ----
+
+void VellumSetup::InitializeAwardTracking() {
+  Tail("InitializeAwardTracking", [&] {
+    for (int i = kFirstAwardBand; i <= kLastAwardMode; ++i) {
+      const std::string name = AwardName(i);
+      AwardCheck(i).SetCaption(name);
+      AwardCheck(i).SetToolTipText("check to generate QSLs for " + name + " awards");
+      AwardCheck(i).SetValue(CheckValue(GetSetting(kAwardSection, AwardKey(i), "1")));
+    }
+    for (int b = kFirstWAZBand; b <= kLastWAZBand; ++b) {
+      const std::string band = BandFieldName(b).ToString();
+      WAZBandCheck(b).SetCaption(band);
+      WAZBandCheck(b).SetToolTipText("check to include the " + band + " band in the WAZ report");
+      WAZBandCheck(b).SetValue(CheckValue(GetSetting(kAwardSection, WAZBandKey(b), "1")));
+    }
+    for (int m = 1; m < WAZModeCheck.Count(); ++m) {
+      const std::string mode = kWAZModeNames.at(static_cast<size_t>(m));
+      WAZModeCheck(m).SetCaption(mode);
+      WAZModeCheck(m).SetToolTipText("check to include the " + mode + " mode in the WAZ report");
+      WAZModeCheck(m).SetValue(CheckValue(GetSetting(kAwardSection, WAZModeKey(m), "1")));
+    }
+  });
+}
+
+void VellumSetup::SaveAwardTracking() {
+  Tail("SaveAwardTracking", [&] {
+    for (int i = kFirstAwardBand; i <= kLastAwardMode; ++i) {
+      SaveSetting(kAwardSection, AwardKey(i), std::to_string(AwardCheck(i).Value()));
+    }
+    for (int b = kFirstWAZBand; b <= kLastWAZBand; ++b) {
+      SaveSetting(kAwardSection, WAZBandKey(b), std::to_string(WAZBandCheck(b).Value()));
+    }
+    for (int m = 1; m < WAZModeCheck.Count(); ++m) {
+      SaveSetting(kAwardSection, WAZModeKey(m), std::to_string(WAZModeCheck(m).Value()));
+    }
+  });
+}
+
+void VellumSetup::AwardCheck_Click(int index) {
+  Tail("AwardCheck_Click", [&] {
+    SaveSetting(kAwardSection, AwardKey(index), std::to_string(AwardCheck(index).Value()));
+    app_.loop.Yield();
+    ui::Raise(ClustrineNewAwards);
+  });
+}
+
+void VellumSetup::WAZBandCheck_Click(int index) {
+  Tail("WAZBandCheck_Click", [&] {
+    SaveSetting(kAwardSection, WAZBandKey(index), std::to_string(WAZBandCheck(index).Value()));
+  });
+}
+
+void VellumSetup::WAZModeCheck_Click(int index) {
+  Tail("WAZModeCheck_Click", [&] {
+    SaveSetting(kAwardSection, WAZModeKey(index), std::to_string(WAZModeCheck(index).Value()));
+  });
+}
+
+// ---- The printer ----
+
+void VellumSetup::InitializePrinter() {
+  Tail("InitializePrinter", [&] {
+    PrinterName.Clear();
+    if (PrinterDeviceNames) {
+      for (const std::string& device : PrinterDeviceNames()) PrinterName.AddItem(device);
+    }
+    SetCombo(PrinterName, GetSetting(kPrinterSection, "PrinterName", ""));
+
+    PaperSizeCombo.Clear();
+    for (const PaperSize& paper : StandardPaperSizes()) {
+      PaperSizeCombo.AddItem(paper.name);
+      PaperSizeCombo.SetItemData(PaperSizeCombo.NewIndex(), paper.number);
+    }
+    const long stored = vb::Variant(GetSetting(kPrinterSection, "PrinterPaperSize",
+                                               std::to_string(DefaultPaperSize)))
+                            .ToLong();
+    for (int i = 0; i < PaperSizeCombo.ListCount(); ++i) {
+      if (PaperSizeCombo.ItemData(i) == stored) {
+        PaperSizeCombo.SetListIndex(i);
+        break;
+      }
+    }
+  });
+}
+
+// ---- Grid column widths ----
+
+void VellumSetup::SaveLogGridColumnWidths() {}
+void VellumSetup::SaveQTHGridColumnWidths() {}
+
+void VellumSetup::SaveLogLayoutGridColumnWidths() {
+  Tail("SaveLogLayoutGridColumnWidths", [&] {
+    const auto& columns = LogLayout.Columns();
+    for (size_t i = 0; i < columns.size(); ++i) {
+      SaveSetting(kLogGridSection, "LogLayoutColumnWidth" + std::to_string(i),
+                  std::to_string(columns[i].Width));
+    }
+  });
+}
+
+// ---- Option handlers ----
+
+void VellumSetup::MyCallsign_Change() {
+  Tail("MyCallsign_Change", [&] {
+    const std::string& callsign = MyCallsign.Text();
+    ui::CheckBox& box = app_.main.DefaultCallsignCheckbox;
+    box.SetCaption("Substitute " + callsign + " for missing operator callsigns");
+    box.SetToolTipText("If checked, " + callsign +
+                       " will be substituted for missing operator callsigns in imported records");
+  });
+}
+
+void VellumSetup::DisplaySecondsCheckbox_Click() {
+  DateTimeFormat =
+      DisplaySecondsCheckbox.Value() == 1 ? kDateTimeFormatSeconds : kDateTimeFormatMinutes;
+}
+
+void VellumSetup::TooltipsCheckbox_Click() {
+  Tail("TooltipsCheckbox_Click", [&] {
+    const bool show = TooltipsCheckbox.Value() == 1;
+    if (show) {
+      Tooltips.RestoreTooltips();
+    } else {
+      Tooltips.ClearTooltips();
+    }
+    Tooltips.SaveTooltipSetting(show);
+  });
+}
+
+void VellumSetup::BrowserPathname_Change() {
+  Tail("BrowserPathname_Change", [&] {
+    SaveSetting(kConfiguration, "BrowserPathname", BrowserPathname.Text());
+    app_.common.SetBrowserPathname(BrowserPathname.Text());
+  });
+}
+
+void VellumSetup::RACEnabled_Click() {
+  Tail("RACEnabled_Click", [&] {
+    if (RACEnabled.Value() == 1 && !(CallbookInstalled && CallbookInstalled())) {
+      ShowMessage("the callbook DLL is not installed, so callbook lookup is disabled");
+      RACEnabled.SetValue(0);
+    }
+    app_.main.RACcmd.SetEnabled(RACEnabled.Value() == 1);
+    SaveSetting(kRACSection, "RACEnabled", std::to_string(RACEnabled.Value()));
+  });
+}
+
+void VellumSetup::RACPathname_Change() {
+  Tail("RACPathname_Change", [&] {
+    const std::string folder = CallbookFolder(RACPathname.Text());
+    if (static_cast<int>(folder.size()) > kMaxCallbookFolder) {
+      ShowMessage(
+          "The length of the pathname of the folder containing Callbook.exe cannot exceed 80 "
+          "characters");
+      return;
+    }
+    ui::Raise(SetCallbookPathname, folder);
+    SaveSetting(kRACSection, "Pathname", RACPathname.Text());
+  });
+}
+
+void VellumSetup::RACBrowseCmd_Click() {
+  Tail("RACBrowseCmd_Click", [&] {
+    ui::FileDialogRequest request;
+    request.title = "Callbook program";
+    request.filter = "Callbook program (*.exe)|*.exe|All files (*)|*";
+    request.initialFile = RACPathname.Text();
+    try {
+      RACPathname.SetText(app_.desktop.OpenFileDialog(request));
+    } catch (const vb::VbError& e) {
+      if (e.number() != vb::kCancelSelected) throw;
+    }
+  });
+}
+
+void VellumSetup::HelpCmd_Click(int) {
+  Tail("HelpCmd_Click", [&] { app_.common.InvokeHelp("Configuration.htm"); });
+}
+
+// Digits pass; so does one "." where the box takes a decimal, and the backspace that edits.
+void VellumSetup::NumericBox_KeyPress(const ui::TextBox& box, bool decimal, int& keyAscii) {
+  if (keyAscii >= '0' && keyAscii <= '9') return;
+  if (keyAscii == ui::vbKeyBack) return;
+  if (decimal && keyAscii == '.' && box.Text().find('.') == std::string::npos) return;
+  keyAscii = 0;
+}
+
+void VellumSetup::NumericBox_Change(const ui::TextBox& box, const std::string& key) {
+  Tail((box.Name() + "_Change").c_str(),
+       [&] { SaveSetting(kQSLSection, key, box.Text().empty() ? "0" : box.Text()); });
+}
+
+}  // namespace vellumar

@@ -1,0 +1,19 @@
+#pragma once
+// Replacing a file so that a reader, or a crash at any moment, finds either the old content or
+// the new one complete, never a mixture: the new content goes to a temporary file in the same
+// folder, is flushed to the disk, and is then renamed over the old file.
+#include <string>
+
+namespace vellumar {
+
+// The temporary file's name for a target and a process: "." + name + "." + pid + ".tmp" in the
+// target's folder. Hidden and with another extension, so it is never taken for the file.
+std::string AtomicTemporaryName(const std::string& path, long pid);
+
+// Raises vb::VbError(75) when the file can't be written; the old content then stays.
+void WriteFileAtomically(const std::string& path, const std::string& content, int mode = 0600);
+
+// Removes temporary files of `path` left behind by processes that died while writing.
+void RemoveStaleTemporaries(const std::string& path);
+
+}  // namespace vellumar

@@ -1,0 +1,468 @@
+#include "logpage/vellum_main.h"
+
+#include <string>
+
+#include "config/vellum_setup.h"
+#include "config/window_placement.h"
+#include "frame/version.h"
+#include "platform/vb/convert.h"
+#include "platform/vb/error.h"
+#include "program/application.h"
+#include "station/station_services.h"
+
+namespace vellumar {
+namespace {
+
+constexpr ui::Color kBlue = 0xFF0000;  // the runtime's 0xBBGGRR
+constexpr ui::Color kRed = 255;
+
+// Runs a step with errors ignored, as the program does where a failure is expected and harmless.
+template <class Step>
+void IgnoringErrors(Step&& step) {
+  try {
+    step();
+  } catch (const ProgramTermination&) {
+    throw;
+  } catch (...) {
+  }
+}
+
+// Reads a whole number from a setting's text; the default when it doesn't read.
+int SettingNumber(const std::string& text, int defaultValue) {
+  const auto n = vb::ParseNumber(text);
+  return n ? static_cast<int>(*n) : defaultValue;
+}
+
+}  // namespace
+
+VellumMain::VellumMain(Application& app)
+    : ui::Form("VellumMain"),
+      InitTimer(app.loop, 250, ui::TimerMode::kPeriodic, [this] { InitTimer_Timer(); }),
+      ErrorTimer(app.loop, 250, ui::TimerMode::kPeriodic, [this] { ErrorTimer_Timer(); }),
+      ServerRetryTimer(app.loop, 5000, ui::TimerMode::kPeriodic,
+                       [this] { ServerRetryTimer_Timer(); }),
+      AtlasineNewlogTimer(app.loop, 1000, ui::TimerMode::kPeriodic,
+                          [this] { AtlasineNewlogTimer_Timer(); }),
+      ClustrineNewlogTimer(app.loop, 1000, ui::TimerMode::kPeriodic,
+                           [this] { ClustrineNewlogTimer_Timer(); }),
+      ShutdownTimer(app.loop, 5000, ui::TimerMode::kPeriodic, [this] { ShutdownTimer_Timer(); }),
+      app_(app) {
+  SetBorderStyle(2);
+  Move(0, 0, 12000, 9000);
+  QSOFrame.Move(0, 0, 11800, 1800);
+  static const char* kLogFrameCaptions[] = {"Aux", "QSL", "Awards", "Contest"};
+  for (int i = 0; i < 4; ++i) {
+    LogFrame(i).SetCaption(kLogFrameCaptions[i]);
+    LogFrameSelect(i).SetCaption(kLogFrameCaptions[i]);
+  }
+  FilterFrame.SetCaption("Filter: None");
+  SortFrame.SetCaption("Sort");
+  NewCmd.SetCaption("&New");
+  SaveCmd.SetCaption("&Save");
+  RevertCmd.SetCaption("&Revert");
+  DeleteCmd.SetCaption("&Delete");
+  ConfirmCmd.SetCaption("Con&firm");
+  VerifyCmd.SetCaption("&Verify");
+  LogFirstCmd.SetCaption("|<");
+  LogPrevCmd.SetCaption("<");
+  LogNextCmd.SetCaption(">");
+  LogLastCmd.SetCaption(">|");
+  RACcmd.SetCaption("Callbook");
+  PlotLogCmd.SetCaption("Plot");
+  ReportLogCmd.SetCaption("Report");
+  CaptureCmd.SetCaption("Capture");
+  ConfigLogCmd.SetCaption("Config");
+  StopAddCmd.SetCaption("Stop");
+  for (ui::CommandButton* help : {&HelpLogCmd, &HelpQSLCmd, &HelpProgressCmd, &HelpQTHCmd,
+                                  &HelpImportCmd, &HelpExportCmd})
+    help->SetCaption("Help");
+  GenerateRequestedCmd.SetCaption("Add Requested");
+  ProcessPrintedCmd.SetCaption("Update Log");
+  SummaryCmd.SetCaption("Summary");
+  ReComputeCmd.SetCaption("ReCompute");
+  ImportCmd.SetCaption("Import");
+  ExportCmd.SetCaption("Export");
+  LoggerImportButton.SetCaption("Logger");
+  MMTTYImportButton.SetCaption("MMTTY");
+  DXBaseExportButton.SetCaption("DXBase");
+  DefaultCallsignCheckbox.SetCaption("Substitute  for missing operator callsigns");
+  SaveImportErrorsCheck.SetCaption("Save import errors");
+  ImportDuplicateCheckbox.SetCaption("Ignore duplicates");
+  WireControls();
+}
+
+void VellumMain::WireControls() {
+  for (ui::Control* c : std::initializer_list<ui::Control*>{
+           &TabbedDialog, &QSOFrame, &LogGrid, &SortFrame, &FilterFrame, &FilterField,
+           &LogPosition, &NewCmd, &SaveCmd, &RevertCmd, &DeleteCmd, &ConfirmCmd, &VerifyCmd,
+           &LogFirstCmd, &LogPrevCmd, &LogNextCmd, &LogLastCmd, &RACcmd, &PlotLogCmd,
+           &ReportLogCmd, &CaptureCmd, &ConfigLogCmd, &HelpLogCmd, &StopAddCmd, &QSLPosition,
+           &QSLGrid, &GenerateRequestedCmd, &ProcessPrintedCmd, &HelpQSLCmd, &ProgressPosition,
+           &ProgressGrid, &SummaryCmd, &ReComputeCmd, &HelpProgressCmd, &QTHPosition, &QTHGrid,
+           &HelpQTHCmd, &ImportCmd, &ExportCmd, &HelpImportCmd, &HelpExportCmd,
+           &LoggerImportButton, &MMTTYImportButton, &DXBaseExportButton,
+           &DefaultCallsignCheckbox, &SaveImportErrorsCheck, &ImportDuplicateCheckbox})
+    Adopt(*c);
+  for (auto& f : LogFrame) Adopt(*f);
+  for (auto& f : LogFrameSelect) Adopt(*f);
+  for (auto& f : Fieldbox) Adopt(*f);
+  for (auto& f : FieldLabel) Adopt(*f);
+
+  Form_Load = [this] { VellumMain_Load(); };
+  Form_QueryUnload = [this](int& cancel, int mode) { VellumMain_QueryUnload(cancel, mode); };
+  Form_Unload = [this](int& cancel) { VellumMain_Unload(cancel); };
+  Form_Resize = [this] { VellumMain_Resize(); };
+  TabbedDialog.TabClick = [this](int previous) { TabbedDialog_Click(previous); };
+  LogFrameSelect.On(&ui::CheckBox::Click, [this](int i) { LogFrameSelect_Click(i); });
+  ConfigLogCmd.Click = [this] { app_.setup().ShowPage(kLogPage); };
+  HelpLogCmd.Click = [this] { app_.common.InvokeHelp("Log.htm"); };
+  HelpQSLCmd.Click = [this] { app_.common.InvokeHelp("QSL.htm"); };
+  HelpQTHCmd.Click = [this] { app_.common.InvokeHelp("MultipleQTHs.htm"); };
+  HelpImportCmd.Click = [this] { app_.common.InvokeHelp("Import.htm"); };
+  HelpExportCmd.Click = [this] { app_.common.InvokeHelp("Export.htm"); };
+  HelpProgressCmd.Click = [this] { app_.common.InvokeHelp("Progress.htm"); };
+  CaptureCmd.Click = [this] { app_.capture.Show(); };
+}
+
+// The program's start-up, steps 0 to 22. A failure ends the load at its step, reported with
+// the step's number; the window stays up with what was set up so far.
+void VellumMain::BeginStep(int step) {
+  LoadStep = step;
+  if (OnLoadStep) OnLoadStep(step);
+}
+
+void VellumMain::VellumMain_Load() {
+  LoadStep = 0;
+  try {
+    BeginStep(0);
+    ShutdownTimer.SetEnabled(false);
+    SetMousePointer(ui::vbHourglass);
+    StopAddCmd.SetVisible(false);
+    IgnoreResize = IgnoreTabClick = IgnoreFrameSelectFlag = CommandBusy = false;
+    QSOFrameHeight = static_cast<int16_t>(QSOFrame.Height() < 0 ? 50 : QSOFrame.Height());
+
+    BeginStep(1);
+    app_.common.Initialize();
+
+    BeginStep(2);
+    SetWindowState(ui::vbNormal);
+    const Common& c = app_.common;
+    SetLeft(c.ReasonableLeft(
+        SettingNumber(app_.GetSetting("Windows", "VellumMainLeft", std::to_string(Left())), Left())));
+    SetTop(c.ReasonableTop(
+        SettingNumber(app_.GetSetting("Windows", "VellumMainTop", std::to_string(Top())), Top())));
+    IgnoreResize = true;
+    SetWidth(SettingNumber(app_.GetSetting("Windows", "VellumMainWidth", std::to_string(Width())),
+                           Width()));
+    app_.loop.Yield();
+    IgnoreResize = false;
+    SetHeight(SettingNumber(
+        app_.GetSetting("Windows", "VellumMainHeight", std::to_string(Height())), Height()));
+    SetWindowState(SettingNumber(
+        app_.GetSetting("Windows", "VellumMainWindowstate", std::to_string(WindowState())),
+        WindowState()));
+    LastWidth = Width();
+
+    BeginStep(3);
+    SelectTab(0);
+    app_.loop.Yield();
+    app_.capture.Load();
+
+    BeginStep(4);
+    app_.module.Initialize();
+
+    BeginStep(5);
+    DXCCDynaset = app_.dxcc.GetDXCCDynaset();
+
+    BeginStep(6);
+    RACcmd.SetEnabled(false);
+    app_.setup().Load();
+
+    BeginStep(7);
+    for (int i = 0; i < kFieldCount; ++i) {
+      SetFieldError(i, false);
+      FieldInError[i] = false;
+      FieldChanged[i] = false;
+    }
+
+    BeginStep(8);
+    ClearFieldErrors();
+
+    BeginStep(9);
+    app_.qslQueue.OpenQSLQueue(app_.DatabasesFolder() + "/QSL.vdb", QSLPosition);
+
+    BeginStep(10);
+    const std::string pathname = app_.setup().LogPathname.Text();
+    app_.module.OpenLog(pathname, false);
+    if (app_.module.LogOpen()) {
+      app_.module.SetModified(false);
+    } else {
+      app_.desktop.MsgBox("unable to open log database: " + pathname, ui::vbOKOnly,
+                          kApplicationTitle);
+      UpdateCaption();
+    }
+
+    BeginStep(11);  // the ADIF module keeps no state until imports exist
+
+    BeginStep(12);
+    app_.cardPage.Load();
+
+    BeginStep(13);
+    AtlasineNewlogTimer.SetEnabled(false);
+    ClustrineNewlogTimer.SetEnabled(false);
+    ErrorTimer.SetEnabled(true);
+
+    BeginStep(14);  // sibling links: none are made until interoperation exists
+    BeginStep(15);
+    BeginStep(16);
+
+    BeginStep(17);
+    app_.module.EnableLogActions(app_.module.LogOpen());
+    SetMousePointer(ui::vbDefault);
+
+    BeginStep(18);
+    app_.capture.Show();
+
+    BeginStep(19);
+    app_.advancedFilter.Load();
+
+    BeginStep(20);
+    if (!app_.setup().Tooltips.InitializeTooltips()) app_.setup().TooltipsCheckbox.SetValue(0);
+
+    BeginStep(21);
+    app_.addressEditor.Load();
+
+    BeginStep(22);
+    InitTimer.SetInterval(250);
+    InitTimer.SetEnabled(true);
+  } catch (const ProgramTermination&) {
+    throw;
+  } catch (const vb::VbError& e) {
+    app_.common.ReportError(e.number(), "VellumMain.Form_Load: " + std::to_string(LoadStep));
+  } catch (const std::exception&) {
+    app_.common.ReportError(51, "VellumMain.Form_Load: " + std::to_string(LoadStep));
+  }
+}
+
+void VellumMain::InitTimer_Timer() {
+  InitTimer.SetEnabled(false);
+  IgnoringErrors([&] {
+    LogPosition.MoveFirst();
+    LogPosition.MoveLast();
+  });
+  SetWindowState(SettingNumber(
+      app_.GetSetting("Windows", "VellumMainWindowstate", std::to_string(WindowState())),
+      WindowState()));
+  app_.loop.Yield();
+  // Route queries to Trailmark are allowed from here on, once links exist.
+}
+
+void VellumMain::ErrorTimer_Timer() {
+  bool anyError = false;
+  for (int i = 0; i < kFieldCount; ++i) {
+    if (FieldInError[i]) {
+      anyError = true;
+      FieldLabel(i).SetVisible(BlinkPhase);
+    } else {
+      FieldLabel(i).SetVisible(true);
+    }
+  }
+  BlinkPhase = !BlinkPhase;
+  if (!anyError) ErrorTimer.SetEnabled(false);
+}
+
+void VellumMain::ShutdownTimer_Timer() {
+  // A shut-down asked for by a sibling: the unload order without QueryUnload.
+  ShutdownTimer.SetEnabled(false);
+  int cancel = 0;
+  VellumMain_Unload(cancel);
+}
+
+void VellumMain::AtlasineNewlogTimer_Timer() { AtlasineNewlogTimer.SetEnabled(false); }
+void VellumMain::ClustrineNewlogTimer_Timer() { ClustrineNewlogTimer.SetEnabled(false); }
+void VellumMain::ServerRetryTimer_Timer() {}
+
+void VellumMain::VellumMain_QueryUnload(int& cancel, int unloadMode) {
+  // Only a running import may refuse the unload; imports come with the ADIF module.
+  (void)cancel;
+  (void)unloadMode;
+}
+
+void VellumMain::VellumMain_Unload(int& cancel) {
+  (void)cancel;
+  auto ignoring = [](auto&& step) { IgnoringErrors(step); };
+  ignoring([&] { app_.cardPage.Unload(); });
+  // Sibling links would end here: the server first, then the client.
+  if (app_.module.RecordModified()) {
+    ignoring([&] { LogPosition.UpdateControls(); });
+    app_.module.SetModified(false);
+  }
+  app_.qslQueue.CloseQSLQueue(QSLPosition);
+  ignoring([&] { app_.addressEditor.Unload(); });
+  ignoring([&] { app_.setup().Unload(ui::vbFormCode); });
+  ignoring([&] { app_.cardPage.Unload(); });
+  ignoring([&] { app_.capture.Unload(); });
+  ignoring([&] { app_.advancedFilter.Unload(); });
+  app_.module.Terminate();
+  SelectTab(0);
+  IgnoreResize = true;
+  SaveWindowPosition(*this, app_.common, app_.settings);
+  app_.common.Terminate();
+  app_.EndProcess(0);
+}
+
+void VellumMain::SelectTab(int index) {
+  const int keptState = WindowState();
+  SetWindowState(ui::vbNormal);
+  IgnoreTabClick = true;
+  TabbedDialog.SetTab(index);
+  app_.loop.Yield();
+  IgnoreTabClick = false;
+  const auto askFilterRemoval = [&](const char* purpose) {
+    if (app_.module.GetLogFilter().empty()) return;
+    const std::string text = std::string("the log is currently filtered; do you wish this filter "
+                                         "removed so that all QSOs are available for ") +
+                             purpose + "?";
+    // FilterClear arrives with the log filters; until then a log is never filtered.
+    app_.desktop.MsgBox(text, ui::vbYesNo, kApplicationTitle);
+  };
+  switch (index) {
+    case 0:
+      SetQSLTabvisibility(false);
+      SetLogTabVisibility(true);
+      SetHeight(SettingNumber(
+          app_.GetSetting("Windows", "VellumMainHeight", std::to_string(Height())), Height()));
+      break;
+    case 1:
+      SetLogTabVisibility(false);
+      SetQSLTabvisibility(true);
+      askFilterRemoval("QSL operations");
+      break;
+    case 2:
+    case 4:
+      SetLogTabVisibility(false);
+      SetQSLTabvisibility(false);
+      break;
+    case 5:
+      SetLogTabVisibility(false);
+      SetQSLTabvisibility(false);
+      askFilterRemoval("export");
+      break;
+    default:
+      break;
+  }
+  SetWindowState(keptState);
+}
+
+void VellumMain::TabbedDialog_Click(int previousTab) {
+  if (IgnoreTabClick) {
+    IgnoreTabClick = false;
+    return;
+  }
+  if (CommandBusy) {
+    IgnoreTabClick = true;
+    TabbedDialog.SetTab(previousTab);
+    return;
+  }
+  if (previousTab == 0) app_.SaveSetting("Windows", "VellumMainHeight", std::to_string(Height()));
+  SelectTab(TabbedDialog.Tab());
+  VellumMain_Resize();
+}
+
+void VellumMain::VellumMain_Resize() {
+  if (IgnoreResize) return;
+  if (WindowState() == ui::vbMinimized || WindowState() == ui::vbMaximized) return;
+  const int tab = TabbedDialog.Tab();
+  if (tab < 0 || tab > 5) return;
+  if (tab != 0) return;  // the other tabs' grids take what is left; the view lays them out
+  // The view gives LogGrid the height between the QSO panel and the foot row; the rows that
+  // fit below the header become LogGridRows.
+  const int rowHeight = LogGrid.RowHeight();
+  if (rowHeight <= 0 || LogGrid.Height() <= 0) return;
+  const int rows = (LogGrid.Height() - rowHeight) / rowHeight;
+  if (rows > 0) SetVisibleLogGridRows(rows);
+}
+
+void VellumMain::SetVisibleLogGridRows(int rows) {
+  app_.module.LogGridRows = static_cast<int16_t>(rows);
+  LogGrid.SetVisibleRows(rows);
+  app_.SaveSetting("Configuration", "LogGridRows", std::to_string(rows));
+}
+
+void VellumMain::SetLogTabVisibility(bool visible) {
+  for (ui::Control* c : std::initializer_list<ui::Control*>{
+           &LogGrid, &SortFrame, &FilterFrame, &PlotLogCmd, &ReportLogCmd, &LogFirstCmd,
+           &LogPrevCmd, &LogNextCmd, &LogLastCmd})
+    c->SetVisible(visible);
+}
+
+void VellumMain::SetQSLTabvisibility(bool visible) { QSLGrid.SetVisible(visible); }
+
+void VellumMain::LogFrameSelect_Click(int index) {
+  if (IgnoreFrameSelectFlag) {
+    IgnoreFrameSelectFlag = false;
+    return;
+  }
+  app_.setup().LogFrameVisible(index).SetValue(LogFrameSelect(index).Value());
+}
+
+void VellumMain::UpdateCaption() {
+  const std::string head = std::string(kApplicationTitle) + " " + Common::Version() +
+                           app_.module.GetInteropCaption();
+  if (!app_.module.LogOpen()) {
+    SetCaption(head + " (no log open)");
+    return;
+  }
+  auto rowCount = [](const db::Recordset& rs) -> long {
+    if (!rs) return 0;
+    try {
+      db::Recordset counter = rs.Clone();
+      if (counter.BOF() && counter.EOF_()) return 0;
+      counter.MoveLast();
+      return counter.RecordCount();
+    } catch (const vb::VbError&) {
+      return 0;
+    }
+  };
+  const long qsos = rowCount(LogPosition.Recordset());
+  const std::string count = qsos == 0   ? "no QSOs"
+                            : qsos == 1 ? "1 QSO"
+                                        : std::to_string(qsos) + " QSOs";
+  const long queued = rowCount(QSLPosition.Recordset());
+  const std::string queue = queued == 0   ? ""
+                            : queued == 1 ? " [QSL queue: 1 QSL]"
+                                          : " [QSL queue: " + std::to_string(queued) + " QSLs]";
+  const ui::Color frameColor = app_.module.RecordModified() ? kBlue : 0;
+  QSOFrame.SetForeColor(frameColor);
+  for (auto& f : LogFrame) f->SetForeColor(frameColor);
+  if (app_.common.errorLog().ErrorLogPresent()) {
+    SetCaption(head + " - see error log in " + app_.common.ApplicationDirectory() +
+               "/ErrorLog.txt");
+  } else {
+    const std::string name = Common::SimpleName(app_.setup().LogPathname.Text());
+    SetCaption(head + " - " + name + (app_.module.LogFiltered() ? " (filtered): " : " : ") +
+               count + queue);
+  }
+}
+
+void VellumMain::SetFieldError(int index, bool inError) {
+  FieldInError[index] = inError;
+  FieldLabel(index).SetForeColor(inError ? kRed : 0);
+  if (inError) ErrorTimer.SetEnabled(true);
+}
+
+void VellumMain::ClearFieldErrors() {
+  for (int i = 0; i < kFieldCount; ++i) SetFieldError(i, false);
+}
+
+void VellumMain::SetFieldEnable(bool enable) {
+  fieldsEnabled_ = enable;
+  for (int i = 0; i < kFieldCount; ++i) {
+    Fieldbox(i).SetEnabled(enable);
+    FieldLabel(i).SetEnabled(enable);
+  }
+  DeleteCmd.SetEnabled(enable);
+  ConfirmCmd.SetEnabled(enable);
+}
+
+}  // namespace vellumar

@@ -1,0 +1,135 @@
+#pragma once
+// VellumMain: the main window as a control model. Its Form_Load is the program's start-up and
+// its Form_Unload the shut-down, in a fixed order; between them everything is an event on the
+// one thread.
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "platform/db/recordset.h"
+#include "platform/ui/control_array.h"
+#include "platform/ui/controls.h"
+#include "platform/ui/data_control.h"
+#include "platform/ui/event_loop.h"
+#include "platform/ui/form.h"
+#include "platform/ui/grid.h"
+
+namespace vellumar {
+
+class Application;
+
+inline constexpr int kFieldCount = 35;  // QSO field slots 0..34
+
+class VellumMain : public ui::Form {
+ public:
+  explicit VellumMain(Application& app);
+
+  // Tabs: 0 "Log QSOs", 1 "QSL", 2 "Check Progress", 3 "my QTHs", 4 "Import", 5 "Export".
+  ui::TabStrip TabbedDialog{"TabbedDialog",
+                            {"Log QSOs", "QSL", "Check Progress", "my QTHs", "Import", "Export"}};
+
+  // The Log page: the QSO panel, its four optional panels, the grid and the foot row.
+  ui::Frame QSOFrame{"QSOFrame"};
+  ui::ControlArray<ui::Frame> LogFrame{"LogFrame", 4};  // "Aux", "QSL", "Awards", "Contest"
+  ui::ControlArray<ui::CheckBox> LogFrameSelect{"LogFrameSelect", 4};
+  ui::ControlArray<ui::TextBox> Fieldbox{"Fieldbox", kFieldCount};
+  ui::ControlArray<ui::Label> FieldLabel{"FieldLabel", kFieldCount};
+  ui::Grid LogGrid{"LogGrid"};
+  ui::Frame SortFrame{"SortFrame"};
+  ui::Frame FilterFrame{"FilterFrame"};
+  ui::TextBox FilterField{"FilterField"};
+  ui::DataControl LogPosition{"LogPosition"};
+  ui::CommandButton NewCmd{"NewCmd"}, SaveCmd{"SaveCmd"}, RevertCmd{"RevertCmd"},
+      DeleteCmd{"DeleteCmd"}, ConfirmCmd{"ConfirmCmd"}, VerifyCmd{"VerifyCmd"},
+      LogFirstCmd{"LogFirstCmd"}, LogPrevCmd{"LogPrevCmd"}, LogNextCmd{"LogNextCmd"},
+      LogLastCmd{"LogLastCmd"}, RACcmd{"RACcmd"}, PlotLogCmd{"PlotLogCmd"},
+      ReportLogCmd{"ReportLogCmd"}, CaptureCmd{"CaptureCmd"}, ConfigLogCmd{"ConfigLogCmd"},
+      HelpLogCmd{"HelpLogCmd"}, StopAddCmd{"StopAddCmd"};
+
+  // The QSL page.
+  ui::DataControl QSLPosition{"QSLPosition"};
+  ui::Grid QSLGrid{"QSLGrid"};
+  ui::CommandButton GenerateRequestedCmd{"GenerateRequestedCmd"},
+      ProcessPrintedCmd{"ProcessPrintedCmd"}, HelpQSLCmd{"HelpQSLCmd"};
+
+  // The Check Progress page.
+  ui::DataControl ProgressPosition{"ProgressPosition"};
+  ui::Grid ProgressGrid{"ProgressGrid"};
+  ui::CommandButton SummaryCmd{"SummaryCmd"}, ReComputeCmd{"ReComputeCmd"},
+      HelpProgressCmd{"HelpProgressCmd"};
+
+  // The my QTHs page.
+  ui::DataControl QTHPosition{"QTHPosition"};
+  ui::Grid QTHGrid{"QTHGrid"};
+  ui::CommandButton HelpQTHCmd{"HelpQTHCmd"};
+
+  // The Import and Export pages.
+  ui::CommandButton ImportCmd{"ImportCmd"}, ExportCmd{"ExportCmd"}, HelpImportCmd{"HelpImportCmd"},
+      HelpExportCmd{"HelpExportCmd"};
+  ui::OptionButton LoggerImportButton{"LoggerImportButton"}, MMTTYImportButton{"MMTTYImportButton"},
+      DXBaseExportButton{"DXBaseExportButton"};
+  ui::CheckBox DefaultCallsignCheckbox{"DefaultCallsignCheckbox"},
+      SaveImportErrorsCheck{"SaveImportErrorsCheck"},
+      ImportDuplicateCheckbox{"ImportDuplicateCheckbox"};
+
+  // Timers, each an event of the loop; the ones that run once disable themselves.
+  ui::Timer InitTimer;            // 250 ms: finishes start-up after the first paint
+  ui::Timer ErrorTimer;           // 250 ms: blinks the labels of fields in error
+  ui::Timer ServerRetryTimer;     // 5000 ms: retries siblings that went away
+  ui::Timer AtlasineNewlogTimer;  // 1000 ms: tells the map program the log's pathname
+  ui::Timer ClustrineNewlogTimer;  // 1000 ms: tells the spot program the log's pathname
+  ui::Timer ShutdownTimer;        // 5000 ms: a shut-down asked for by a sibling
+
+  // Form state.
+  bool IgnoreResize = false;        // Form_Resize does nothing while set
+  bool IgnoreTabClick = false;      // the next TabbedDialog click is the program's own
+  bool IgnoreFrameSelectFlag = false;  // the next LogFrameSelect click is an echo
+  bool CommandBusy = false;         // a command is running; others do nothing
+  int16_t QSOFrameHeight = 0;       // design height of QSOFrame, twips
+  int32_t LastWidth = 0;            // the width restored at load, twips
+  std::array<bool, kFieldCount> FieldInError{};  // the field's label blinks
+  std::array<bool, kFieldCount> FieldChanged{};  // edited since it was shown
+  bool BlinkPhase = false;          // phase of the ErrorTimer blink
+  db::Recordset DXCCDynaset;        // the form's reference to the DXCC dynaset
+  int LoadStep = -1;                // the start-up step reached (reported on a failure)
+  // Called as each start-up step begins; diagnostics and tests use it to watch the order.
+  std::function<void(int step)> OnLoadStep;
+
+  // Start-up and shut-down.
+  void VellumMain_Load();
+  void VellumMain_QueryUnload(int& cancel, int unloadMode);
+  void VellumMain_Unload(int& cancel);
+  void InitTimer_Timer();
+  void ErrorTimer_Timer();
+  void ShutdownTimer_Timer();
+  void AtlasineNewlogTimer_Timer();
+  void ClustrineNewlogTimer_Timer();
+  void ServerRetryTimer_Timer();
+
+  // The window and its tabs.
+  void SelectTab(int index);
+  void TabbedDialog_Click(int previousTab);
+  void VellumMain_Resize();
+  void SetLogTabVisibility(bool visible);
+  void SetQSLTabvisibility(bool visible);
+  void SetVisibleLogGridRows(int rows);
+  void IgnoreFrameSelect() { IgnoreFrameSelectFlag = true; }
+  void obeyFrameSelect() { IgnoreFrameSelectFlag = false; }
+  void LogFrameSelect_Click(int index);
+  void UpdateCaption();
+
+  // The field slots' error marks.
+  void SetFieldError(int index, bool inError);
+  void ClearFieldErrors();
+  void SetFieldEnable(bool enable);
+  bool FieldsEnabled() const { return fieldsEnabled_; }
+
+ private:
+  void WireControls();
+  void BeginStep(int step);
+  Application& app_;
+  bool fieldsEnabled_ = false;
+};
+
+}  // namespace vellumar

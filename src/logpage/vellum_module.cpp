@@ -1,0 +1,316 @@
+#include "logpage/vellum_module.h"
+
+#include <sys/stat.h>
+
+#include <string>
+
+#include "config/vellum_setup.h"
+#include "frame/version.h"
+#include "platform/vb/convert.h"
+#include "platform/vb/error.h"
+#include "platform/vb/variant.h"
+#include "program/application.h"
+
+namespace vellumar {
+namespace {
+
+inline constexpr int kProgressFieldCount = 18;
+
+template <class Step>
+void IgnoringErrors(Step&& step) {
+  try {
+    step();
+  } catch (...) {
+  }
+}
+
+bool FileExists(const std::string& path) {
+  struct stat st;
+  return !path.empty() && ::stat(path.c_str(), &st) == 0;
+}
+
+// A boolean setting as the runtime's CBool reads its text; the default when it doesn't read.
+bool SettingBool(const std::string& text, bool defaultValue) {
+  try {
+    return vb::Variant(text).ToBool();
+  } catch (const vb::VbError&) {
+    return defaultValue;
+  }
+}
+
+int SettingInt(const std::string& text, int defaultValue) {
+  const auto n = vb::ParseNumber(text);
+  return n ? static_cast<int>(*n) : defaultValue;
+}
+
+std::string BoolText(bool b) { return b ? "True" : "False"; }
+
+// A font size as the runtime writes a single: "8.25", "10".
+std::string SizeText(double size) { return vb::Variant(size).ToString(); }
+
+// The DXCC prefix lists of the windows, as the DXCC module fills them.
+class ComboList final : public DXCCComboList {
+ public:
+  explicit ComboList(ui::ComboBox& combo) : combo_(combo) {}
+  void Clear() override { combo_.Clear(); }
+  void AddItem(const std::string& text, int16_t itemData) override {
+    combo_.AddItem(text);
+    combo_.SetItemData(combo_.NewIndex(), itemData);
+  }
+
+ private:
+  ui::ComboBox& combo_;
+};
+
+}  // namespace
+
+void VellumModule::Initialize() {
+  started_ = false;
+  LogWorkspace = db::DBEngine::Workspaces(0);
+  VellumMain& main = app_.main;
+  main.DXBaseExportButton.SetValue(
+      SettingBool(app_.GetSetting("Configuration", "DXBaseExport", "false"), false));
+  main.LoggerImportButton.SetValue(
+      SettingBool(app_.GetSetting("Configuration", "LoggerImport", "false"), false));
+  main.MMTTYImportButton.SetValue(
+      SettingBool(app_.GetSetting("Configuration", "MMTTYImport", "false"), false));
+  main.DefaultCallsignCheckbox.SetValue(
+      SettingInt(app_.GetSetting("Configuration", "DefaultImportCallsign", "1"), 1));
+  main.SaveImportErrorsCheck.SetValue(
+      SettingInt(app_.GetSetting("Configuration", "SaveImportErrors", "0"), 0));
+  main.ImportDuplicateCheckbox.SetValue(1);
+  LogFilteredFlag = false;
+  main.FilterFrame.SetCaption("Filter: None");
+  app_.bands.InitializeBandArray(app_.DatabasesFolder() + "/Bands.txt");
+  LogGridRows = static_cast<int16_t>(SettingInt(app_.GetSetting("Configuration", "LogGridRows", "4"), 4));
+  app_.dxcc.OpenDXCCDatabase();
+  ComboList capture(app_.capture.DXCC);
+  app_.dxcc.InitializeDXCCCombo({&capture});
+  app_.common.errorLog().SetErrorLogPresent(false);
+  app_.dxcc.SetSuppressLookup(false);
+  InteropCaption.clear();
+  app_.common.localeInfo().Initialize();
+}
+
+void VellumModule::Terminate() {
+  VellumMain& main = app_.main;
+  auto save = [&](const char* key, const std::string& value) {
+    app_.SaveSetting("Configuration", key, value);
+  };
+  save("DXBaseExport", BoolText(main.DXBaseExportButton.Value()));
+  save("LoggerImport", BoolText(main.LoggerImportButton.Value()));
+  save("MMTTYImport", BoolText(main.MMTTYImportButton.Value()));
+  save("DefaultImportCallsign", std::to_string(main.DefaultCallsignCheckbox.Value()));
+  save("SaveImportErrors", std::to_string(main.SaveImportErrorsCheck.Value()));
+  const ui::Font& grid = main.LogGrid.Font();
+  save("LogFontName", grid.Name);
+  save("LogFontSize", SizeText(grid.Size));
+  save("LogFontBold", BoolText(grid.Bold));
+  save(" LogFontItalic", BoolText(grid.Italic));  // the key begins with a blank
+  const ui::Font& panel = main.Fieldbox(1).Font();
+  save("LogPanelFontName", panel.Name);
+  save("LogPanelFontSize", SizeText(panel.Size));
+  save("LogPanelFontBold", BoolText(panel.Bold));
+  save(" LogPanelFontItalic", BoolText(panel.Italic));  // the key begins with a blank
+}
+
+void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {
+  if (!FileExists(pathname)) return;
+  VellumMain& main = app_.main;
+  ui::Desktop& desktop = app_.desktop;
+  int state = 0;
+  try {
+    state = 1;
+    IgnoringErrors([&] { ProgressRecordset.Close(); });
+    IgnoringErrors([&] { ProgressView.Close(); });
+    IgnoringErrors([&] { QTHRecordset.Close(); });
+    IgnoringErrors([&] { LogRecordset.Close(); });
+    IgnoringErrors([&] { LogView.Close(); });
+
+    state = 2;
+    LogIsOpen = false;
+    EnableLogActions(false);
+
+    state = 3;
+    LogDatabase = LogWorkspace.OpenDatabase(pathname);
+
+    state = 4;
+    if (!AddMissingFieldDefinitions()) {
+      desktop.MsgBox(
+          "To permit the addition of new log fields, please terminate Clustrine, and then click "
+          "the OK button",
+          ui::vbOKOnly, kApplicationTitle);
+      state = 5;
+      if (!AddMissingFieldDefinitions()) {
+        desktop.MsgBox("New fields were not successfully added, so the specified log cannot be opened",
+                       ui::vbOKOnly, kApplicationTitle);
+        LogDatabase.Close();
+        return;
+      }
+      desktop.MsgBox("New fields have been successfully added; you may now restart Clustrine",
+                     ui::vbOKOnly, kApplicationTitle);
+    }
+
+    state = 6;
+    ProgressRecordset = LogDatabase.OpenRecordset("Progress", db::dbOpenDynaset);
+
+    state = 7;
+    if (ProgressRecordset.Fields().Count() != kProgressFieldCount) {
+      const int answer = desktop.MsgBox("This log's progress table is obsolete -- update it?",
+                                        ui::vbYesNo, kApplicationTitle);
+      if (answer != ui::vbYes) {
+        ProgressRecordset.Close();
+        LogDatabase.Close();
+        return;
+      }
+      state = 8;
+      ProgressRecordset.Close();
+      LogDatabase.TableDefs().Delete("Progress");
+      LogDatabase.Close();
+      state = 9;
+      LogDatabase = LogWorkspace.OpenDatabase(pathname);
+      app_.logSchema.CreateProgressTable(LogDatabase);
+      ProgressRecordset = LogDatabase.OpenRecordset("Progress", db::dbOpenDynaset);
+      desktop.MsgBox(
+          "Progress table has been re-initialized - click the ReCompute button on the "
+          "CheckProgress tab to repopulate it",
+          ui::vbOKOnly, kApplicationTitle);
+    }
+
+    state = 10;
+    ProgressRecordset.SetSort("Prefix");
+    ProgressRecordset.SetFilter("");
+    ProgressView = ProgressRecordset.OpenRecordset();
+    main.ProgressPosition.DatabaseName = pathname;
+    main.ProgressPosition.RecordSource = "Progress";
+    main.ProgressPosition.SetRecordset(ProgressView);
+
+    state = 11;
+    QTHRecordset = LogDatabase.OpenRecordset("QTHs", db::dbOpenDynaset);
+    main.QTHPosition.DatabaseName = pathname;
+    main.QTHPosition.RecordSource = "QTHs";
+    main.QTHPosition.SetRecordset(QTHRecordset);
+
+    state = 12;
+    LogRecordset = LogDatabase.OpenRecordset("QSOs", db::dbOpenDynaset);
+    LogRecordset.SetSort("QSO_Begin");
+    LogRecordset.SetFilter("");
+    LogView = LogRecordset.OpenRecordset();
+
+    state = 13;
+    LogIsOpen = true;
+    app_.setup().OpenLogCmd.SetEnabled(false);
+    app_.setup().BackupCmd.SetEnabled(true);
+
+    state = 14;
+    main.LogPosition.DatabaseName = pathname;
+    main.LogPosition.RecordSource = "QSOs";
+    main.LogPosition.SetRecordset(LogView);
+
+    state = 15;  // the grid's layout and the remembered field values come with the Log page
+
+    state = 16;
+    long rows = 0;
+    IgnoringErrors([&] { rows = main.LogPosition.Recordset().RecordCount(); });
+    if (rows == 0) {
+      main.SetFieldEnable(false);
+      (void)beginNewQSO;  // a new QSO is begun here once QSO editing exists
+    } else {
+      main.SetFieldEnable(true);
+      IgnoringErrors([&] {
+        main.LogPosition.MoveLast();
+        main.LogPosition.Recordset().Edit();
+      });
+      if (main.Visible()) main.Fieldbox(1).SetFocus();
+    }
+
+    state = 17;
+    ui::ComboBox& names = app_.advancedFilter.FieldNameCombo;
+    while (names.ListCount() > 0) names.RemoveItem(0);
+    db::Fields fields = main.LogPosition.Recordset().Fields();
+    for (int i = 0; i < fields.Count(); ++i) names.AddItem(fields[i].Name());
+    names.SetListIndex(0);
+
+    state = 18;
+    main.UpdateCaption();
+    EnableLogActions(true);
+
+    state = 19;  // siblings hear of the new log once links exist
+
+    state = 20;
+    if (app_.setup().Loaded()) app_.setup().SaveLogPathname();
+  } catch (const vb::VbError& e) {
+    app_.common.ReportError(e.number(), "VellumModule.OpenLog, State = " + std::to_string(state) +
+                                            ", Pathname = " + pathname);
+    CloseLog();
+  }
+}
+
+bool VellumModule::AddMissingFieldDefinitions() {
+  return app_.logSchema.AddMissingFieldDefinitions(LogDatabase);
+}
+
+void VellumModule::CloseLog() {
+  VellumMain& main = app_.main;
+  if (LogIsOpen) {
+    IgnoringErrors([&] { main.SetFieldEnable(false); });
+    IgnoringErrors([&] { main.LogPosition.Recordset().Close(); });
+    IgnoringErrors([&] { LogRecordset.Close(); });
+    IgnoringErrors([&] { main.ProgressPosition.Recordset().Close(); });
+    IgnoringErrors([&] { ProgressRecordset.Close(); });
+    IgnoringErrors([&] { LogDatabase.Close(); });
+    IgnoringErrors([&] { main.LogPosition.SetRecordset(db::Recordset()); });
+    IgnoringErrors([&] { main.ProgressPosition.SetRecordset(db::Recordset()); });
+  }
+  LogIsOpen = false;
+  IgnoringErrors([&] { EnableLogActions(false); });
+  IgnoringErrors([&] {
+    app_.setup().OpenLogCmd.SetEnabled(true);
+    app_.setup().BackupCmd.SetEnabled(false);
+  });
+}
+
+void VellumModule::EnableLogActions(bool enable) {
+  VellumMain& main = app_.main;
+  for (ui::Control* c : std::initializer_list<ui::Control*>{&main.NewCmd, &main.ImportCmd,
+                                                             &main.FilterFrame, &main.SortFrame,
+                                                             &app_.setup().LogLayout})
+    c->SetEnabled(enable);
+  bool hasQSOs = false;
+  if (enable) {
+    const db::Recordset& view = main.LogPosition.Recordset();
+    try {
+      hasQSOs = view && !(view.BOF() && view.EOF_());
+    } catch (const vb::VbError&) {
+      hasQSOs = false;
+    }
+  }
+  for (ui::Control* c : std::initializer_list<ui::Control*>{
+           &main.DeleteCmd, &main.LogFirstCmd, &main.LogNextCmd, &main.LogPrevCmd,
+           &main.LogLastCmd, &main.SaveCmd, &main.RevertCmd, &main.SummaryCmd,
+           &main.ReComputeCmd, &main.GenerateRequestedCmd, &main.ProcessPrintedCmd,
+           &main.ExportCmd})
+    c->SetEnabled(hasQSOs);
+}
+
+void VellumModule::SetModified(bool modified) {
+  app_.main.SaveCmd.SetEnabled(modified);
+  app_.main.RevertCmd.SetEnabled(modified);
+  if (modified == RecordIsModified) return;
+  RecordIsModified = modified;
+  app_.main.UpdateCaption();
+}
+
+void VellumModule::SetInteropCaption(const std::string& text) {
+  InteropCaption = text.empty() ? "" : " [" + text + "]";
+}
+
+std::string VellumModule::GetLogFilter() const {
+  try {
+    return LogRecordset ? LogRecordset.Filter() : std::string();
+  } catch (const vb::VbError&) {
+    return {};
+  }
+}
+
+}  // namespace vellumar

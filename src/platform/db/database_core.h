@@ -1,0 +1,99 @@
+#pragma once
+// The shared state behind a Database handle: the SQLite connection, the advisory lock, the
+// statement cache and the schema cache.
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/db/advisory_lock.h"
+#include "platform/db/jet_sql.h"
+#include "platform/db/schema.h"
+#include "platform/db/sqlite_handle.h"
+
+namespace vellumar::db::detail {
+
+class RecordsetCore;
+
+// A statement from the cache for one use: reset, with its bindings cleared, when it goes out of
+// scope. When the cached statement is in use further up the stack a fresh one is prepared.
+class CachedStatement {
+ public:
+  CachedStatement(Statement* cached, std::unique_ptr<Statement> owned)
+      : stmt_(owned ? owned.get() : cached), owned_(std::move(owned)) {}
+  CachedStatement(const CachedStatement&) = delete;
+  CachedStatement& operator=(const CachedStatement&) = delete;
+  ~CachedStatement() { stmt_->Reset(); }
+  Statement& operator*() { return *stmt_; }
+  Statement* operator->() { return stmt_; }
+
+ private:
+  Statement* stmt_;
+  std::unique_ptr<Statement> owned_;
+};
+
+class DatabaseCore : public std::enable_shared_from_this<DatabaseCore> {
+ public:
+  static std::shared_ptr<DatabaseCore> Create(const std::string& path, const std::string& locale);
+  static std::shared_ptr<DatabaseCore> Open(const std::string& path, bool readOnly);
+  DatabaseCore(const DatabaseCore&) = delete;
+  DatabaseCore& operator=(const DatabaseCore&) = delete;
+  ~DatabaseCore();
+
+  const std::string& path() const { return path_; }
+  bool readOnly() const { return readOnly_; }
+  bool closed() const { return !conn_.get(); }
+  void CheckOpen() const;      // 3420 once closed
+  void CheckWritable() const;  // 3027 on a read-only database
+  sqlite3* handle() const { return conn_.get(); }
+
+  CachedStatement Prepare(const std::string& sql);
+  void Exec(const std::string& sql);
+
+  // Tables. Schema() raises 3078 for an unknown table; it re-reads the file's schema when another
+  // connection has changed it.
+  std::shared_ptr<const TableSchema> Schema(const std::string& table);
+  bool HasTable(const std::string& table);
+  std::vector<std::string> TableNames();
+  void CreateTable(const TableSchema& table);
+  void AddColumn(const std::string& table, const ColumnInfo& column);  // exclusive lock
+  void AddIndex(const std::string& table, const IndexInfo& index);     // exclusive lock
+  void DropTable(const std::string& table);                            // exclusive lock
+  void WriteFieldMeta(const std::string& table, const ColumnInfo& column);
+
+  // Criteria translated for a table, cached by their text.
+  const jet::SqlCondition& Criteria(const TableSchema& table, const std::string& criteria);
+
+  // Rises with every write made through this database, so that row caches know to re-read.
+  uint64_t dataVersion() const { return dataVersion_; }
+  void DataChanged() { ++dataVersion_; }
+
+  void Track(const std::shared_ptr<RecordsetCore>& recordset);
+  void Close();
+
+ private:
+  DatabaseCore(std::string path, bool readOnly);
+  void Connect();
+  void EnsureMetadata();
+  void CheckSchemaVersion();
+  std::shared_ptr<TableSchema> LoadSchema(const std::string& table);
+  void InsertIndex(const std::string& table, const IndexInfo& index);
+  // Runs body inside BEGIN IMMEDIATE ... COMMIT, rolling back when it throws.
+  template <typename Body>
+  void InTransaction(Body body);
+
+  std::string path_;
+  bool readOnly_ = false;
+  std::unique_ptr<AdvisoryLock> lock_;
+  std::unordered_map<std::string, std::unique_ptr<Statement>> statements_;  // before conn_ dies
+  Connection conn_;
+  bool metadataReady_ = false;
+  int64_t schemaVersion_ = -1;
+  std::unordered_map<std::string, std::shared_ptr<TableSchema>> schemas_;  // by lower-case name
+  std::unordered_map<std::string, jet::SqlCondition> criteria_;  // "table\ncriteria" -> SQL
+  uint64_t dataVersion_ = 0;
+  std::vector<std::weak_ptr<RecordsetCore>> recordsets_;
+};
+
+}  // namespace vellumar::db::detail

@@ -1,0 +1,687 @@
+// Recordset and the state behind it.
+//
+// Edit mode, the state machine of a recordset's edit buffer:
+//
+//   dbEditNone ---- Edit ------------> dbEditInProgress   buffer = copy of the current row
+//                                                          (read when a field is first read)
+//   dbEditNone ---- AddNew ----------> dbEditAdd          buffer = all Null
+//   dbEditInProgress -- Update ------> dbEditNone         changed fields written, committed;
+//                                                          LastModified = the row
+//   dbEditAdd ------ Update ---------> dbEditNone         row inserted and committed, appended
+//                                                          to the key set; LastModified = it;
+//                                                          the position is where it was
+//   either --------- CancelUpdate ---> dbEditNone         buffer dropped
+//   either --------- any move, Requery, Close, Delete --> dbEditNone, buffer dropped silently
+//   either --------- Edit / AddNew --> the new state, the old buffer dropped
+//
+// A refused Update (3315, 3314, 3058, 3022, 3167) writes nothing and leaves the state and the
+// buffer as they were, so the caller can correct a field and try again or cancel.
+// While an edit is open, Value reads the buffer; otherwise it reads the current row.
+#include "platform/db/recordset.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "platform/db/recordset_core.h"
+#include "platform/db/value_convert.h"
+#include "platform/vb/error.h"
+
+namespace vellumar::db {
+
+namespace detail {
+
+// Field and Fields of a recordset (defined in collections.cpp).
+Field MakeRecordsetField(const std::shared_ptr<RecordsetCore>& rs, const ColumnInfo& column,
+                         int ordinal);
+db::Fields MakeRecordsetFields(const std::shared_ptr<RecordsetCore>& rs);
+
+namespace {
+[[noreturn]] void NoCurrentRecord() { throw vb::VbError(3021, "No current record."); }
+[[noreturn]] void RecordDeleted() { throw vb::VbError(3167, "Record is deleted."); }
+}  // namespace
+
+Recordset RecordsetCore::Open(std::shared_ptr<DatabaseCore> db,
+                              std::shared_ptr<const TableSchema> schema, int type,
+                              jet::SqlCondition filter, std::string order) {
+  std::shared_ptr<RecordsetCore> core(new RecordsetCore());
+  core->db_ = std::move(db);
+  core->schema_ = std::move(schema);
+  core->type_ = type;
+  core->filter_ = std::move(filter);
+  core->order_ = std::move(order);
+  core->BuildFields();
+  core->keys_ = std::make_shared<KeySet>(core->LoadKeys());
+  core->fullyCounted_ = type == dbOpenTable;  // a table's count is always exact
+  if (core->keys_->live() > 0) core->MoveTo(0);
+  core->db_->Track(core);
+  return Recordset(core);
+}
+
+void RecordsetCore::BuildFields() {
+  selectRowSql_ = "SELECT ";
+  keyColumn_.assign(schema_->columns.size(), false);
+  for (const auto& index : schema_->indexes) {
+    if (!index.primary) continue;
+    for (const auto& f : index.fields) {
+      int ordinal = schema_->Find(f);
+      if (ordinal >= 0) keyColumn_[static_cast<size_t>(ordinal)] = true;
+    }
+  }
+  fields_.clear();
+  for (size_t i = 0; i < schema_->columns.size(); ++i) {
+    if (i) selectRowSql_ += ", ";
+    selectRowSql_ += QuoteName(schema_->columns[i].name);
+    fields_.push_back(
+        MakeRecordsetField(shared_from_this(), schema_->columns[i], static_cast<int>(i)));
+  }
+  if (schema_->columns.empty()) selectRowSql_ += "NULL";
+  selectRowSql_ += " FROM " + QuoteName(schema_->name) + " WHERE rowid = ?";
+}
+
+std::string RecordsetCore::EffectiveOrder() const {
+  if (type_ != dbOpenTable) return order_;
+  if (!indexInfo_) return {};
+  std::string order;
+  for (const auto& f : indexInfo_->fields) {
+    if (!order.empty()) order += ", ";
+    order += QuoteName(f);
+  }
+  return order;
+}
+
+std::vector<int64_t> RecordsetCore::LoadKeys() const {
+  std::string sql = "SELECT rowid FROM " + QuoteName(schema_->name);
+  if (!filter_.empty()) sql += " WHERE " + filter_.sql;
+  std::string order = EffectiveOrder();
+  // Without a sort the order is the rowid's; sorting the rowids here lets SQLite read them from
+  // its smallest index instead of walking every row of the table.
+  if (!order.empty()) sql += " ORDER BY " + order + ", rowid";
+  auto q = db_->Prepare(sql);
+  q->BindAll(filter_.params);
+  std::vector<int64_t> keys;
+  while (q->Step()) keys.push_back(q->Int(0));
+  if (order.empty() && !std::is_sorted(keys.begin(), keys.end())) {
+    std::sort(keys.begin(), keys.end());
+  }
+  return keys;
+}
+
+void RecordsetCore::Detach() {
+  closed_ = true;
+  editMode_ = dbEditNone;
+  row_.clear();
+}
+
+void RecordsetCore::CheckOpen() const {
+  if (closed_ || db_->closed()) {
+    throw vb::VbError(3420, "Object invalid or no longer set (the recordset is closed).");
+  }
+}
+
+void RecordsetCore::CheckDynaset(const char* what) const {
+  CheckOpen();
+  if (type_ == dbOpenTable) {
+    throw vb::VbError(3251, std::string("Operation is not supported for this type of object (") +
+                                what + " on a table-type recordset).");
+  }
+}
+
+void RecordsetCore::CheckTable(const char* what) const {
+  CheckOpen();
+  if (type_ != dbOpenTable) {
+    throw vb::VbError(3251, std::string("Operation is not supported for this type of object (") +
+                                what + " needs a table-type recordset).");
+  }
+}
+
+bool RecordsetCore::updatable() const { return !db_->readOnly(); }
+
+void RecordsetCore::SetSort(const std::string& sort) {
+  CheckDynaset("Sort");
+  sortProperty_ = sort;
+}
+
+void RecordsetCore::SetFilter(const std::string& filter) {
+  CheckDynaset("Filter");
+  filterProperty_ = filter;
+}
+
+Recordset RecordsetCore::OpenChild(int type) {
+  CheckOpen();
+  if (type != dbOpenDynaset) {
+    throw vb::VbError(3251,
+                      "Operation is not supported for this type of object (a view opened "
+                      "from a recordset is a dynaset).");
+  }
+  auto schema = db_->Schema(schema_->name);
+  jet::SqlCondition filter = filter_;
+  if (!filterProperty_.empty()) {
+    filter = jet::Conjoin(filter_, jet::TranslateCriteria(filterProperty_, *schema));
+  }
+  std::string order =
+      sortProperty_.empty() ? EffectiveOrder() : jet::TranslateSort(sortProperty_, *schema);
+  return Open(db_, schema, dbOpenDynaset, std::move(filter), std::move(order));
+}
+
+Recordset RecordsetCore::Clone() {
+  CheckOpen();
+  std::shared_ptr<RecordsetCore> c(new RecordsetCore());
+  c->db_ = db_;
+  c->schema_ = schema_;
+  c->type_ = type_;
+  c->filter_ = filter_;
+  c->order_ = order_;
+  c->indexInfo_ = indexInfo_;
+  c->indexName_ = indexName_;
+  c->sortProperty_ = sortProperty_;
+  c->filterProperty_ = filterProperty_;
+  c->keys_ = keys_;
+  c->highWater_ = highWater_;
+  c->fullyCounted_ = fullyCounted_;
+  c->BuildFields();
+  db_->Track(c);
+  return Recordset(c);
+}
+
+void RecordsetCore::Requery() {
+  CheckOpen();
+  Discard();
+  keys_ = std::make_shared<KeySet>(LoadKeys());
+  where_ = Where::Before;
+  highWater_ = 0;
+  fullyCounted_ = type_ == dbOpenTable;
+  row_.clear();
+  rowRowid_ = 0;
+  if (keys_->live() > 0) MoveTo(0);
+}
+
+void RecordsetCore::Close() {
+  if (closed_) return;
+  Detach();
+}
+
+Field RecordsetCore::FieldAt(int ordinal) const {
+  CheckOpen();
+  if (ordinal < 0 || ordinal >= FieldCount()) {
+    throw vb::VbError(3265, "Item not found in this collection (field " + std::to_string(ordinal) +
+                                " of " + std::to_string(FieldCount()) + ").");
+  }
+  return fields_[static_cast<size_t>(ordinal)];
+}
+
+Field RecordsetCore::FieldNamed(const std::string& name) const {
+  CheckOpen();
+  int ordinal = schema_->Find(name);
+  if (ordinal < 0) {
+    throw vb::VbError(3265, "Item not found in this collection (no field '" + name + "' in '" +
+                                schema_->name + "').");
+  }
+  return fields_[static_cast<size_t>(ordinal)];
+}
+
+size_t RecordsetCore::CurrentPosition() const {
+  if (where_ != Where::On) NoCurrentRecord();
+  if (keys_->deleted(position_)) RecordDeleted();
+  return position_;
+}
+
+const std::vector<SqlValue>& RecordsetCore::CurrentRow() {
+  size_t pos = CurrentPosition();
+  int64_t rowid = keys_->rowid(pos);
+  if (rowRowid_ == rowid && rowVersion_ == db_->dataVersion() && !row_.empty()) return row_;
+  auto q = db_->Prepare(selectRowSql_);
+  q->Bind(1, rowid);
+  if (!q->Step()) RecordDeleted();  // deleted by another view or process
+  row_.resize(schema_->columns.size());
+  for (size_t i = 0; i < row_.size(); ++i) row_[i] = q->Column(static_cast<int>(i));
+  rowRowid_ = rowid;
+  rowVersion_ = db_->dataVersion();
+  return row_;
+}
+
+vb::Variant RecordsetCore::Value(int ordinal) {
+  CheckOpen();
+  const auto& column = schema_->columns[static_cast<size_t>(ordinal)];
+  if (editMode_ != dbEditNone) {
+    if (editMode_ == dbEditInProgress && !bufferLoaded_ && !dirty_[static_cast<size_t>(ordinal)]) {
+      LoadBuffer();
+    }
+    return ToVariant(buffer_[static_cast<size_t>(ordinal)], column);
+  }
+  return ToVariant(CurrentRow()[static_cast<size_t>(ordinal)], column);
+}
+
+void RecordsetCore::SetValue(int ordinal, const vb::Variant& value) {
+  CheckOpen();
+  if (editMode_ == dbEditNone) {
+    throw vb::VbError(3020, "Update or CancelUpdate without AddNew or Edit.");
+  }
+  auto i = static_cast<size_t>(ordinal);
+  buffer_[i] = ToStored(value, schema_->columns[i], schema_->name);
+  dirty_[i] = true;
+}
+
+long RecordsetCore::RecordCount() const {
+  CheckOpen();
+  if (fullyCounted_) return static_cast<long>(keys_->live());
+  // Rows visited so far, plus rows added here that lie beyond them.
+  size_t size = keys_->size();
+  size_t seen = std::min(highWater_, size);
+  size_t count = keys_->LiveBefore(seen);
+  size_t addedFrom = std::max(seen, keys_->queriedSize());
+  if (size > addedFrom) count += keys_->LiveBefore(size) - keys_->LiveBefore(addedFrom);
+  return static_cast<long>(count);
+}
+
+bool RecordsetCore::BOF() const {
+  CheckOpen();
+  return where_ == Where::Before || (where_ == Where::After && keys_->live() == 0);
+}
+
+bool RecordsetCore::EOF_() const {
+  CheckOpen();
+  return where_ == Where::After || (where_ == Where::Before && keys_->live() == 0);
+}
+
+void RecordsetCore::Discard() {
+  editMode_ = dbEditNone;
+  buffer_.clear();
+  dirty_.clear();
+}
+
+void RecordsetCore::MoveTo(size_t position) {
+  Discard();
+  where_ = Where::On;
+  position_ = position;
+  highWater_ = std::max(highWater_, position + 1);
+}
+
+void RecordsetCore::MoveFirst() {
+  CheckOpen();
+  auto p = keys_->NextLive(0);
+  if (!p) NoCurrentRecord();
+  MoveTo(*p);
+}
+
+void RecordsetCore::MoveLast() {
+  CheckOpen();
+  auto p = keys_->size() ? keys_->PrevLive(keys_->size() - 1) : std::nullopt;
+  if (!p) NoCurrentRecord();
+  MoveTo(*p);
+  fullyCounted_ = true;
+}
+
+void RecordsetCore::MoveNext() {
+  CheckOpen();
+  if (EOF_()) NoCurrentRecord();
+  auto p = keys_->NextLive(where_ == Where::Before ? 0 : position_ + 1);
+  if (p) {
+    MoveTo(*p);
+  } else {
+    Discard();
+    where_ = Where::After;
+    highWater_ = keys_->size();
+  }
+}
+
+void RecordsetCore::MovePrevious() {
+  CheckOpen();
+  if (BOF()) NoCurrentRecord();
+  std::optional<size_t> p;
+  if (where_ == Where::After) {
+    if (keys_->size()) p = keys_->PrevLive(keys_->size() - 1);
+  } else if (position_ > 0) {
+    p = keys_->PrevLive(position_ - 1);
+  }
+  if (p) {
+    MoveTo(*p);
+  } else {
+    Discard();
+    where_ = Where::Before;
+  }
+}
+
+long RecordsetCore::AbsolutePosition() const {
+  CheckOpen();
+  if (where_ != Where::On || keys_->deleted(position_)) return -1;
+  return static_cast<long>(keys_->LiveBefore(position_));
+}
+
+void RecordsetCore::SetAbsolutePosition(long position) {
+  CheckOpen();
+  auto p = position < 0 ? std::nullopt : keys_->NthLive(static_cast<size_t>(position));
+  if (!p) {
+    throw vb::VbError(3001, "Invalid argument (AbsolutePosition " + std::to_string(position) +
+                                " of " + std::to_string(keys_->live()) + " rows).");
+  }
+  MoveTo(*p);
+}
+
+BookmarkValue RecordsetCore::Bookmark() const {
+  CheckOpen();
+  return BookmarkValue{keys_->rowid(CurrentPosition())};
+}
+
+void RecordsetCore::SetBookmark(const BookmarkValue& bookmark) {
+  CheckOpen();
+  auto p = bookmark.rowid ? keys_->Find(bookmark.rowid) : std::nullopt;
+  if (!p || keys_->deleted(*p)) throw vb::VbError(3159, "Not a valid bookmark.");
+  MoveTo(*p);
+}
+
+void RecordsetCore::AddNew() {
+  CheckOpen();
+  db_->CheckWritable();
+  Discard();
+  buffer_.assign(schema_->columns.size(), std::monostate{});
+  dirty_.assign(schema_->columns.size(), false);
+  editMode_ = dbEditAdd;
+}
+
+void RecordsetCore::Edit() {
+  CheckOpen();
+  db_->CheckWritable();
+  if (editMode_ == dbEditAdd) Discard();
+  size_t pos = CurrentPosition();
+  editRowid_ = keys_->rowid(pos);
+  buffer_.assign(schema_->columns.size(), std::monostate{});
+  dirty_.assign(schema_->columns.size(), false);
+  // The row is copied into the buffer when a field is first read; a walk that only sets fields
+  // never reads it. Update finds out then if the row has gone meanwhile.
+  bufferLoaded_ = false;
+  if (rowRowid_ == editRowid_ && rowVersion_ == db_->dataVersion() && !row_.empty()) {
+    buffer_ = row_;
+    bufferLoaded_ = true;
+  }
+  editMode_ = dbEditInProgress;
+}
+
+void RecordsetCore::LoadBuffer() {
+  auto q = db_->Prepare(selectRowSql_);
+  q->Bind(1, editRowid_);
+  if (!q->Step()) RecordDeleted();
+  for (size_t i = 0; i < buffer_.size(); ++i) {
+    if (!dirty_[i]) buffer_[i] = q->Column(static_cast<int>(i));
+  }
+  bufferLoaded_ = true;
+}
+
+void RecordsetCore::Update() {
+  CheckOpen();
+  if (editMode_ == dbEditNone) {
+    throw vb::VbError(3020, "Update or CancelUpdate without AddNew or Edit.");
+  }
+  db_->CheckWritable();
+  const std::string& table = schema_->name;
+  for (size_t i = 0; i < buffer_.size(); ++i) {
+    const auto& column = schema_->columns[i];
+    bool considered = dirty_[i] || editMode_ == dbEditAdd;
+    if (!considered) continue;
+    if (IsNull(buffer_[i])) {
+      if (keyColumn_[i]) {
+        throw vb::VbError(3058, "Index or primary key cannot contain a Null value (field '" +
+                                    table + "." + column.name + "').");
+      }
+      if (column.required) {
+        throw vb::VbError(3314, "The field '" + table + "." + column.name +
+                                    "' cannot contain a Null value because the Required "
+                                    "property for this field is set to True.");
+      }
+    } else if (dirty_[i] && IsTextType(column.type) && !column.allowZeroLength) {
+      if (auto* s = std::get_if<std::string>(&buffer_[i]); s && s->empty()) {
+        throw vb::VbError(
+            3315, "Field '" + table + "." + column.name + "' cannot be a zero-length string.");
+      }
+    }
+  }
+  if (editMode_ == dbEditInProgress) {
+    std::string sql;
+    std::vector<SqlValue> params;
+    for (size_t i = 0; i < buffer_.size(); ++i) {
+      if (!dirty_[i]) continue;
+      sql += sql.empty() ? "UPDATE " + QuoteName(table) + " SET " : ", ";
+      sql += QuoteName(schema_->columns[i].name) + " = ?";
+      params.push_back(buffer_[i]);
+    }
+    if (!sql.empty()) {
+      sql += " WHERE rowid = ?";
+      params.push_back(editRowid_);
+      auto q = db_->Prepare(sql);
+      q->BindAll(params);
+      q->Run();
+      if (sqlite3_changes(db_->handle()) == 0) RecordDeleted();
+      db_->DataChanged();
+      if (bufferLoaded_) KeepRow(editRowid_, std::move(buffer_));
+    }
+    lastModified_ = BookmarkValue{editRowid_};
+  } else {
+    std::string columns, values;
+    std::vector<SqlValue> params;
+    for (size_t i = 0; i < buffer_.size(); ++i) {
+      if (!dirty_[i]) continue;
+      if (!columns.empty()) {
+        columns += ", ";
+        values += ", ";
+      }
+      columns += QuoteName(schema_->columns[i].name);
+      values += "?";
+      params.push_back(buffer_[i]);
+    }
+    std::string sql =
+        "INSERT INTO " + QuoteName(table) +
+        (columns.empty() ? " DEFAULT VALUES" : "(" + columns + ") VALUES(" + values + ")");
+    auto q = db_->Prepare(sql);
+    q->BindAll(params);
+    q->Run();
+    int64_t rowid = sqlite3_last_insert_rowid(db_->handle());
+    db_->DataChanged();
+    keys_->Append(rowid);
+    lastModified_ = BookmarkValue{rowid};
+    KeepRow(rowid, std::move(buffer_));  // what was written is the row, Null where unset
+  }
+  Discard();
+}
+
+void RecordsetCore::KeepRow(int64_t rowid, std::vector<SqlValue> values) {
+  row_ = std::move(values);
+  rowRowid_ = rowid;
+  rowVersion_ = db_->dataVersion();
+}
+
+void RecordsetCore::CancelUpdate() {
+  CheckOpen();
+  if (editMode_ == dbEditNone) {
+    throw vb::VbError(3020, "Update or CancelUpdate without AddNew or Edit.");
+  }
+  Discard();
+}
+
+void RecordsetCore::Delete() {
+  CheckOpen();
+  db_->CheckWritable();
+  size_t pos = CurrentPosition();
+  Discard();
+  auto q = db_->Prepare("DELETE FROM " + QuoteName(schema_->name) + " WHERE rowid = ?");
+  q->Bind(1, keys_->rowid(pos));
+  q->Run();
+  bool gone = sqlite3_changes(db_->handle()) == 0;
+  db_->DataChanged();
+  keys_->MarkDeleted(pos);
+  if (gone) RecordDeleted();  // someone else deleted it first
+}
+
+void RecordsetCore::Find(const std::string& criteria, FindFrom from) {
+  CheckDynaset("FindFirst");
+  const jet::SqlCondition& condition = db_->Criteria(*schema_, criteria);
+  std::string sql = "SELECT rowid FROM " + QuoteName(schema_->name) + " WHERE " + condition.sql;
+  auto q = db_->Prepare(sql);
+  q->BindAll(condition.params);
+  // The bounds of the search in key set positions: (after, before).
+  constexpr size_t kNone = std::numeric_limits<size_t>::max();
+  size_t current = where_ == Where::On ? position_ : where_ == Where::Before ? kNone : kNone - 1;
+  bool forward = from == FindFrom::First || from == FindFrom::Next;
+  size_t best = kNone;
+  while (q->Step()) {
+    auto p = keys_->Find(q->Int(0));
+    if (!p || keys_->deleted(*p)) continue;
+    size_t pos = *p;
+    switch (from) {
+      case FindFrom::Next:
+        if (where_ == Where::After) continue;
+        if (where_ == Where::On && pos <= current) continue;
+        break;
+      case FindFrom::Previous:
+        if (where_ == Where::Before) continue;
+        if (where_ == Where::On && pos >= current) continue;
+        break;
+      default:
+        break;
+    }
+    if (best == kNone || (forward ? pos < best : pos > best)) best = pos;
+  }
+  noMatch_ = best == kNone;
+  if (!noMatch_) MoveTo(best);
+}
+
+std::string RecordsetCore::index() const {
+  CheckTable("Index");
+  return indexName_;
+}
+
+void RecordsetCore::SetIndex(const std::string& name) {
+  CheckTable("Index");
+  const IndexInfo* info = nullptr;
+  if (!name.empty()) {
+    info = schema_->FindIndex(name);
+    if (!info) {
+      throw vb::VbError(3800, "'" + name + "' is not an index in table '" + schema_->name + "'.");
+    }
+  }
+  Discard();
+  indexInfo_ = info;
+  indexName_ = info ? info->name : std::string();
+  keys_ = std::make_shared<KeySet>(LoadKeys());
+  where_ = Where::Before;
+  highWater_ = 0;
+  if (keys_->live() > 0) MoveTo(0);
+}
+
+void RecordsetCore::Seek(const std::string& comparison, const std::vector<vb::Variant>& keys) {
+  CheckTable("Seek");
+  if (!indexInfo_) throw vb::VbError(3019, "Operation invalid without a current index.");
+  static const char* kOps[] = {"=", ">=", ">", "<=", "<"};
+  std::string op;
+  for (const char* o : kOps) {
+    if (comparison == o) op = o;
+  }
+  if (op.empty() || keys.empty() || keys.size() > indexInfo_->fields.size()) {
+    throw vb::VbError(3001, "Invalid argument (Seek \"" + comparison + "\" with " +
+                                std::to_string(keys.size()) + " key values on index '" +
+                                indexName_ + "').");
+  }
+  std::string cols, marks, order;
+  std::vector<SqlValue> params;
+  bool backward = op[0] == '<';
+  for (size_t i = 0; i < keys.size(); ++i) {
+    const auto& name = indexInfo_->fields[i];
+    int ordinal = schema_->Find(name);
+    const auto& column = schema_->columns[static_cast<size_t>(ordinal)];
+    params.push_back(ToKey(keys[i], column));
+    if (i) {
+      cols += ", ";
+      marks += ", ";
+    }
+    cols += QuoteName(name);
+    marks += "?";
+  }
+  for (const auto& name : indexInfo_->fields) {
+    order += QuoteName(name) + (backward ? " DESC, " : ", ");
+  }
+  order += backward ? "rowid DESC" : "rowid";
+  std::string where = keys.size() == 1 ? cols + " " + op + " " + marks
+                                       : "(" + cols + ") " + op + " (" + marks + ")";
+  std::string sql = "SELECT rowid FROM " + QuoteName(schema_->name) + " WHERE " + where +
+                    " ORDER BY " + order + " LIMIT 1";
+  int64_t rowid = 0;
+  {
+    auto q = db_->Prepare(sql);
+    q->BindAll(params);
+    if (q->Step()) rowid = q->Int(0);
+  }
+  noMatch_ = rowid == 0;
+  if (noMatch_) return;
+  auto p = keys_->Find(rowid);
+  if (!p) {  // added by another view or process since the key set was read
+    Discard();
+    keys_ = std::make_shared<KeySet>(LoadKeys());
+    where_ = Where::Before;
+    p = keys_->Find(rowid);
+  }
+  noMatch_ = !p;
+  if (p) MoveTo(*p);
+}
+
+}  // namespace detail
+
+// The handle: every call goes to the core, which raises 3420 once the recordset is closed.
+
+detail::RecordsetCore& Recordset::core() const {
+  if (!core_) throw vb::VbError(91, "Object variable or With block variable not set");
+  return *core_;
+}
+
+std::string Recordset::Name() const { return core().schema().name; }
+int Recordset::Type() const { return core().type(); }
+bool Recordset::Updatable() const { return core().updatable(); }
+std::string Recordset::Sort() const { return core().sort(); }
+void Recordset::SetSort(const std::string& sort) { core().SetSort(sort); }
+std::string Recordset::Filter() const { return core().filter(); }
+void Recordset::SetFilter(const std::string& filter) { core().SetFilter(filter); }
+Recordset Recordset::OpenRecordset(int type) const { return core().OpenChild(type); }
+Recordset Recordset::Clone() const { return core().Clone(); }
+void Recordset::Requery() { core().Requery(); }
+void Recordset::Close() { core().Close(); }
+db::Fields Recordset::Fields() const {
+  core();
+  return detail::MakeRecordsetFields(core_);
+}
+Field Recordset::Fields(int index) const { return core().FieldAt(index); }
+Field Recordset::Fields(const std::string& name) const { return core().FieldNamed(name); }
+long Recordset::RecordCount() const { return core().RecordCount(); }
+bool Recordset::BOF() const { return core().BOF(); }
+bool Recordset::EOF_() const { return core().EOF_(); }
+void Recordset::MoveFirst() { core().MoveFirst(); }
+void Recordset::MoveLast() { core().MoveLast(); }
+void Recordset::MoveNext() { core().MoveNext(); }
+void Recordset::MovePrevious() { core().MovePrevious(); }
+long Recordset::AbsolutePosition() const { return core().AbsolutePosition(); }
+void Recordset::SetAbsolutePosition(long position) { core().SetAbsolutePosition(position); }
+BookmarkValue Recordset::Bookmark() const { return core().Bookmark(); }
+void Recordset::SetBookmark(const BookmarkValue& bookmark) { core().SetBookmark(bookmark); }
+BookmarkValue Recordset::LastModified() const { return core().LastModified(); }
+int Recordset::EditMode() const { return core().EditMode(); }
+void Recordset::AddNew() { core().AddNew(); }
+void Recordset::Edit() { core().Edit(); }
+void Recordset::Update() { core().Update(); }
+void Recordset::CancelUpdate() { core().CancelUpdate(); }
+void Recordset::Delete() { core().Delete(); }
+void Recordset::FindFirst(const std::string& c) {
+  core().Find(c, detail::RecordsetCore::FindFrom::First);
+}
+void Recordset::FindNext(const std::string& c) {
+  core().Find(c, detail::RecordsetCore::FindFrom::Next);
+}
+void Recordset::FindLast(const std::string& c) {
+  core().Find(c, detail::RecordsetCore::FindFrom::Last);
+}
+void Recordset::FindPrevious(const std::string& c) {
+  core().Find(c, detail::RecordsetCore::FindFrom::Previous);
+}
+bool Recordset::NoMatch() const { return core().NoMatch(); }
+std::string Recordset::Index() const { return core().index(); }
+void Recordset::SetIndex(const std::string& name) { core().SetIndex(name); }
+void Recordset::Seek(const std::string& comparison, const std::vector<vb::Variant>& keys) {
+  core().Seek(comparison, keys);
+}
+
+}  // namespace vellumar::db

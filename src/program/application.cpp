@@ -1,0 +1,80 @@
+#include "program/application.h"
+
+#include "awards/progress_init.h"
+#include "config/vellum_setup.h"
+#include "frame/version.h"
+#include "station/installed_files.h"
+
+namespace vellumar {
+
+Application::Application(ApplicationPlatform platform)
+    : loop(platform.loop),
+      desktop(platform.common.desktop),
+      settings(platform.settingsRoot),
+      common(std::move(platform.common)),
+      stationServices{
+          .programFolder = common.ApplicationDirectory(),
+          .GetSetting =
+              [this](const std::string& application, const std::string& section,
+                     const std::string& key, const std::string& defaultValue) {
+                return settings.GetSetting(application, section, key, defaultValue);
+              },
+          .WriteErrorLog = [this](const std::string& text) { common.WriteErrorLog(text); },
+          .ReportError = [this](int number,
+                                const std::string& where) { common.ReportError(number, where); },
+          .desktop = &desktop,
+      },
+      dxcc(stationServices, lookupSlots),
+      bands([this](const std::string& text) { common.WriteErrorLog(text); },
+            [this](int number, const std::string& where) { common.ReportError(number, where); }),
+      logSchema(common.errorLog(),
+                [this](db::Database& log) {
+                  InitializeProgressTableFromDatabase(
+                      log, dxcc.GetDXCCRecordset(), module.ProgressRecordset,
+                      [this](int number, const std::string& where) {
+                        common.ReportError(number, where);
+                      });
+                }),
+      qslQueue(desktop, common.errorLog()),
+      module(*this),
+      main(*this),
+      installedData_(std::move(platform.installedData)),
+      exitProcess_(std::move(platform.exitProcess)) {
+  setupForm = std::make_unique<VellumSetup>(*this);
+  common.errorLog().SetUpdateCaption([this] { main.UpdateCaption(); });
+}
+
+Application::~Application() = default;
+
+VellumSetup& Application::setup() { return *setupForm; }
+
+void Application::Start() {
+  // Files installed with the program are the user's own once copied: they are only put in
+  // place where missing.
+  CopyInstalledFilesWhenMissing(installedData_, common.ApplicationDirectory(),
+                                StationInstalledFiles());
+  try {
+    main.Show();
+  } catch (const ProgramTermination&) {
+    EndProcess(1);
+  }
+}
+
+bool Application::CloseMainWindow(int unloadMode) { return main.Unload(unloadMode); }
+
+void Application::EndProcess(int code) {
+  ended_ = true;
+  if (exitProcess_) exitProcess_(code);
+}
+
+std::string Application::GetSetting(const std::string& section, const std::string& key,
+                                    const std::string& defaultValue) const {
+  return settings.GetSetting(kApplicationTitle, section, key, defaultValue);
+}
+
+void Application::SaveSetting(const std::string& section, const std::string& key,
+                              const std::string& value) {
+  settings.SaveSetting(kApplicationTitle, section, key, value);
+}
+
+}  // namespace vellumar

@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "config/vellum_setup.h"
+#include "frame/version.h"
+#include "logstore/schema_tables.h"
+#include "platform/vb/error.h"
+#include "support/program_harness.h"
+
+namespace vellumar {
+namespace {
+
+using test::ProgramHarness;
+
+const std::string kTitle = std::string("Vellumar ") + Common::Version();
+
+TEST(Startup, FirstRunAsksTheCallsignCreatesTheLogAndOpensIt) {
+  ProgramHarness h(ProgramHarness::DXCC::kBuilt);
+  h.desktop.ExpectInputBox("K1ABC").WithPrompt(test::kFirstRunPrompt).WithTitle(
+      "Vellumar initialization");
+  h.desktop.ExpectMsgBox(test::kCallbookMissing);
+  Application& app = h.Start();
+  EXPECT_TRUE(app.module.LogOpen());
+  EXPECT_EQ(app.setup().LogPathname.Text(), h.LogPath("K1ABC.vdb"));
+  EXPECT_EQ(app.main.Caption(), kTitle + " - K1ABC.vdb : no QSOs");
+  EXPECT_EQ(app.main.MousePointer(), ui::vbDefault);
+  EXPECT_FALSE(h.exitCode.has_value());
+  // The new log's Progress holds one row per entity of the DXCC database.
+  db::Recordset progress = app.module.ProgressView.Clone();
+  progress.MoveLast();
+  EXPECT_GT(progress.RecordCount(), 300);
+  // An empty log: the entry fields and the row commands stay disabled.
+  EXPECT_FALSE(app.main.Fieldbox(1).Enabled());
+  EXPECT_TRUE(app.main.NewCmd.Enabled());
+  EXPECT_FALSE(app.main.DeleteCmd.Enabled());
+  EXPECT_FALSE(app.main.LogLastCmd.Enabled());
+  EXPECT_TRUE(app.capture.Visible());
+  EXPECT_TRUE(app.main.InitTimer.Enabled());
+}
+
+TEST(Startup, AnEnabledCallbookThatIsntInstalledIsSwitchedOffWithAMessage) {
+  ProgramHarness h;
+  h.Seed("Configuration", "Callsign", "K1ABC");
+  h.desktop.ExpectMsgBox(test::kCallbookMissing);
+  Application& app = h.Start();
+  EXPECT_EQ(app.setup().RACEnabled.Value(), 0);
+  EXPECT_EQ(h.Setting("RAC", "RACEnabled"), "0");
+  EXPECT_FALSE(app.main.RACcmd.Enabled());
+}
+
+TEST(Startup, ACallsignWithASlashNamesItsLogWithADash) {
+  ProgramHarness h;
+  h.desktop.ExpectInputBox("VP2E/K1ABC");
+  h.desktop.ExpectMsgBox(test::kCallbookMissing);
+  Application& app = h.Start();
+  EXPECT_EQ(app.setup().LogPathname.Text(), h.LogPath("VP2E-K1ABC.vdb"));
+  EXPECT_TRUE(app.module.LogOpen());
+  EXPECT_EQ(app.main.Caption(), kTitle + " - VP2E-K1ABC.vdb : no QSOs");
+}
+
+TEST(Startup, WithNoLogTheWindowComesUpWithoutOne) {
+  ProgramHarness h;
+  h.SeedReturningOperator();
+  const std::string missing = h.dir.Join("no-such-folder/K1ABC.vdb");
+  h.Seed("Configuration", "LogPathname", missing);
+  h.desktop.ExpectMsgBox("unable to create log database");
+  h.desktop.ExpectMsgBox("unable to open log database: " + missing).WithTitle("Vellumar");
+  Application& app = h.Start();
+  EXPECT_FALSE(app.module.LogOpen());
+  EXPECT_EQ(app.main.Caption(), kTitle + " (no log open)");
+  EXPECT_FALSE(app.main.NewCmd.Enabled());
+  EXPECT_FALSE(app.main.SaveCmd.Enabled());
+  EXPECT_TRUE(app.setup().OpenLogCmd.Enabled());
+  // Start-up went on to its end without a log.
+  EXPECT_TRUE(app.main.InitTimer.Enabled());
+  // InitTimer's moves on a missing log fail silently.
+  h.loop.Advance(300);
+  EXPECT_FALSE(app.main.InitTimer.Enabled());
+  // The failed creation went to the error log, and nothing else did.
+  const std::string log = h.ErrorLogText();
+  EXPECT_NE(log.find("in module VellumModule.CreateLog: "), std::string::npos) << log;
+  EXPECT_EQ(log.find("InitTimer"), std::string::npos) << log;
+}
+
+TEST(Startup, AFailingStepIsReportedWithItsNumberAndEndsTheLoad) {
+  ProgramHarness h;
+  h.SeedReturningOperator();
+  Application& app = h.Build();
+  // Step 12 fails as a missing file would.
+  app.main.OnLoadStep = [](int step) {
+    if (step == 12) vb::Raise(53);
+  };
+  app.Start();
+  EXPECT_EQ(app.main.LoadStep, 12);
+  const std::string log = h.ErrorLogText();
+  EXPECT_NE(log.find("program error 53 in module VellumMain.Form_Load: 12: File not found"),
+            std::string::npos)
+      << log;
+  // The later steps did not run: no Capture window, no InitTimer.
+  EXPECT_FALSE(app.capture.Visible());
+  EXPECT_FALSE(app.main.InitTimer.Enabled());
+  EXPECT_EQ(app.main.MousePointer(), ui::vbHourglass);
+  // The log was opened at step 10, before the failure.
+  EXPECT_TRUE(app.module.LogOpen());
+}
+
+TEST(Startup, AnEmptyLogsInitTimerMovesFailSilently) {
+  ProgramHarness h;
+  h.SeedReturningOperator();
+  Application& app = h.Start();
+  ASSERT_TRUE(app.module.LogOpen());
+  h.loop.Advance(250);
+  EXPECT_FALSE(app.main.InitTimer.Enabled());
+  EXPECT_EQ(h.ErrorLogText(), "");
+}
+
+}  // namespace
+}  // namespace vellumar

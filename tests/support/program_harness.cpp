@@ -1,0 +1,48 @@
+#include "support/program_harness.h"
+
+#include <filesystem>
+
+#include "support/test_dxcc_database.h"
+
+namespace vellumar::test {
+
+ProgramHarness::ProgramHarness(DXCC dxcc) : loop(&clock), settings(dir.Join("config")) {
+  if (dxcc == DXCC::kBuilt) {
+    installed_ = std::string(VELLUMAR_BINARY_DIR) + "/data";
+    return;
+  }
+  installed_ = dir.Join("installed");
+  std::filesystem::create_directories(installed_);
+  CreateTestDXCCDatabase(installed_ + "/DXCC.vdb",
+                         {{"K", 291, "United States", std::nullopt},
+                          {"G", 223, "England", std::nullopt},
+                          {"VP2E", 12, "Anguilla", std::nullopt}},
+                         {{"K", "K", "K"}, {"G", "G", "G"}, {"VP2E", "VP2E", "VP2E"}},
+                         {{"K", "NA", 5, 8}, {"G", "EU", 14, 27}, {"VP2E", "NA", 8, 11}});
+  std::filesystem::copy_file(std::string(VELLUMAR_SOURCE_DIR) + "/data/Bands.txt",
+                             installed_ + "/Bands.txt");
+}
+
+Application& ProgramHarness::Build() {
+  app.emplace(ApplicationPlatform{
+      .common = HarnessContext(DataPath(), clock, desktop),
+      .loop = loop,
+      .settingsRoot = dir.Join("config"),
+      .installedData = installed_,
+      .exitProcess = [this](int code) { exitCode = code; },
+  });
+  return *app;
+}
+
+Application& ProgramHarness::Start() {
+  if (!app) Build();
+  app->Start();
+  return *app;
+}
+
+void ProgramHarness::SeedReturningOperator(const std::string& callsign) {
+  Seed("Configuration", "Callsign", callsign);
+  Seed("RAC", "RACEnabled", "0");
+}
+
+}  // namespace vellumar::test
