@@ -14,8 +14,15 @@ configure: setup
 build: configure
 	@cmake --build $(BUILD) -j$(JOBS)
 
+# The desktop program. Without a display (no DISPLAY nor WAYLAND_DISPLAY) it runs on a virtual
+# one, so that it still starts.
 run: build
-	$(BUILD)/bin/vellumar-cli version
+	@if [ -n "$$DISPLAY$$WAYLAND_DISPLAY" ]; then \
+	  $(BUILD)/bin/vellumar; \
+	else \
+	  echo "run: no display (DISPLAY and WAYLAND_DISPLAY are unset); starting under xvfb-run"; \
+	  xvfb-run -a -s "-screen 0 1400x1000x24" $(BUILD)/bin/vellumar; \
+	fi
 
 test: build
 	cd $(BUILD) && ctest -j$(JOBS) --output-on-failure --timeout 600

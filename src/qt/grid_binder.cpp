@@ -1,0 +1,165 @@
+#include "qt/grid_binder.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+
+#include "platform/vb/error.h"
+#include "qt/conversions.h"
+
+namespace vellumar::qt {
+
+GridBinder::GridBinder(ui::Grid& grid, QTableView* view)
+    : ControlBinder(grid, view), grid_(grid), model_(new RecordsetTableModel(this)) {
+  view->setModel(model_);
+  view->setSelectionBehavior(QAbstractItemView::SelectRows);
+  view->setSelectionMode(QAbstractItemView::SingleSelection);
+  view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  view->setAlternatingRowColors(true);
+  view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 6);
+  view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  view->horizontalHeader()->setSectionsMovable(true);
+  view->horizontalHeader()->setHighlightSections(false);
+  connect(view->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          &GridBinder::UserMovedTo);
+  connect(view->horizontalHeader(), &QHeaderView::sectionResized, this,
+          [this](int section, int, int newSize) {
+            if (Updating()) return;
+            const int column = model_->GridColumnOf(section);
+            if (column < 0) return;
+            Forward([this, column, newSize] {
+              grid_.Columns()[static_cast<size_t>(column)].Width = TwipsFromPixels(newSize);
+              ui::Raise(grid_.ColResize, column);
+            });
+          });
+  connect(view->horizontalHeader(), &QHeaderView::sectionMoved, this,
+          [this](int logical, int, int newVisual) {
+            if (Updating()) return;
+            const int column = model_->GridColumnOf(logical);
+            if (column >= 0)
+              Forward([this, column, newVisual] { ui::Raise(grid_.ColMove, column, newVisual); });
+          });
+  grid.SetRowHeight(TwipsFromPixels(view->verticalHeader()->defaultSectionSize()));
+  ForwardMouse(false);
+  ShowAll();
+}
+
+GridBinder::~GridBinder() {
+  if (source_) source_->RemoveObserver(&sourceObserver_);
+}
+
+QWidget* GridBinder::InputWidget() const { return static_cast<QTableView*>(widget())->viewport(); }
+
+bool GridBinder::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == widget() && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
+    TellGeometry();
+  return ControlBinder::eventFilter(watched, event);
+}
+
+void GridBinder::TellGeometry() {
+  // The form's Resize counts the rows that fit from the grid's height: the layout's, here.
+  QWidget* w = widget();
+  if (w == nullptr) return;
+  const QPoint at = w->mapTo(w->window(), QPoint(0, 0));
+  grid_.Move(TwipsFromPixels(at.x()), TwipsFromPixels(at.y()), TwipsFromPixels(w->width()),
+             TwipsFromPixels(w->height()));
+}
+
+void GridBinder::Attach() {
+  if (source_ == grid_.DataSource()) return;
+  if (source_) source_->RemoveObserver(&sourceObserver_);
+  source_ = grid_.DataSource();
+  if (source_) source_->AddObserver(&sourceObserver_);
+}
+
+void GridBinder::ShowColumns() {
+  Attach();
+  model_->SetSource(source_ ? source_->Recordset() : db::Recordset(), grid_.Columns());
+  auto* view = static_cast<QTableView*>(widget());
+  for (int c = 0; c < model_->columnCount(); ++c) {
+    const int width = grid_.Columns()[static_cast<size_t>(model_->GridColumnOf(c))].Width;
+    if (width > 0) view->setColumnWidth(c, PixelsFromTwips(width));
+  }
+  ShowCurrentRow();
+}
+
+long GridBinder::SourcePosition() const {
+  if (source_ == nullptr) return -1;
+  try {
+    const db::Recordset& rs = source_->Recordset();
+    if (rs && !rs.BOF() && !rs.EOF_()) return rs.AbsolutePosition();
+  } catch (const vb::VbError&) {
+  }
+  return -1;  // no current row, or a closed recordset
+}
+
+void GridBinder::ShowCurrentRow() {
+  if (!source_ || !widget()) return;
+  auto* view = static_cast<QTableView*>(widget());
+  const long position = SourcePosition();
+  currentRow_ = static_cast<int>(position);
+  if (position < 0 || position >= model_->rowCount()) {
+    currentRow_ = -1;
+    view->selectionModel()->clearSelection();
+    return;
+  }
+  const int column = std::max(0, view->currentIndex().column());
+  const QModelIndex index = model_->index(static_cast<int>(position), column);
+  view->selectionModel()->setCurrentIndex(
+      index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  view->scrollTo(index);
+}
+
+void GridBinder::Show(ui::Property property) {
+  switch (property) {
+    case ui::Property::List:
+      ShowColumns();
+      break;
+    default:
+      ControlBinder::Show(property);
+  }
+}
+
+void GridBinder::SourceObserver::PropertyChanged(ui::Control&, ui::Property property) {
+  if (!b_.widget()) return;
+  WidgetUpdate update(b_);
+  if (property == ui::Property::List) {
+    b_.ShowColumns();
+  } else if (property == ui::Property::Value) {
+    // A move: a walk over the rows makes one per row, so only the two rows concerned are
+    // read again, not the rows in sight.
+    b_.model_->RefreshRows({b_.currentRow_, static_cast<int>(b_.SourcePosition())});
+    b_.ShowCurrentRow();
+  }
+}
+
+void GridBinder::UserMovedTo(const QModelIndex& current, const QModelIndex& previous) {
+  if (Updating() || !current.isValid() || source_ == nullptr) return;
+  const int column = model_->GridColumnOf(current.column());
+  if (previous.isValid() && previous.row() == current.row()) {
+    if (column == grid_.Col()) return;
+    const db::BookmarkValue lastRow = model_->BookmarkAt(current.row());
+    const int lastCol = grid_.Col();
+    Forward([&] {
+      grid_.SetCol(column);
+      ui::Raise(grid_.RowColChange, lastRow, lastCol);
+    });
+    return;
+  }
+  const db::BookmarkValue target = model_->BookmarkAt(current.row());
+  if (!target) return;
+  Forward([&] {
+    db::BookmarkValue lastRow;
+    try {
+      const db::Recordset& rs = source_->Recordset();
+      if (rs && !rs.BOF() && !rs.EOF_()) lastRow = rs.Bookmark();
+    } catch (const vb::VbError&) {
+    }
+    const int lastCol = grid_.Col();
+    source_->GoTo(target);
+    if (column >= 0) grid_.SetCol(column);
+    ui::Raise(grid_.RowColChange, lastRow, lastCol);
+  });
+}
+
+}  // namespace vellumar::qt

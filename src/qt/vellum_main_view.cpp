@@ -1,0 +1,183 @@
+#include "qt/vellum_main_view.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QVBoxLayout>
+#include <array>
+
+#include "qt/conversions.h"
+
+namespace vellumar::qt {
+namespace {
+
+// The field slots of each panel of the QSO, in the order they are shown. QSOFrame holds what
+// every QSO has; the four LogFrame panels hold what the operator may hide.
+const std::vector<int> kQSOFields = {1,  2,  3, 0, 4,  5,  19, 20, 14,
+                                     13, 18, 7, 6, 12, 15, 31, 33, 11};
+const std::array<std::vector<int>, 4> kLogFrameFields = {{
+    {22, 23, 24, 28, 34, 32},  // Aux: continent, zones, grid square, address, broken
+    {9, 8, 16, 17, 10, 21},    // QSL: sent, received, their dates, via, message
+    {25, 26},                  // Awards: IOTA, county
+    {27, 29, 30},              // Contest: ID, serial numbers received and sent
+}};
+
+// The field labels' design captions, by field slot.
+const std::array<const char*, kFieldCount> kFieldCaptions = {
+    "band", "call",  "DXCC", "",     "freq", "mode",   "name",  "op",        "rcvd",
+    "sent", "via",   "note", "QTH",  "rcvd", "sent",   "state", "date sent", "date rcvd",
+    "pwr",  "begin", "end",  "msg",  "cont", "ITU",    "CQ",    "IOTA",      "cnty",
+    "ID",   "grid",  "rx #", "tx #", "prov", "Broken", "myQTH", "addr"};
+
+QHBoxLayout* Row(QBoxLayout* into) {
+  auto* row = new QHBoxLayout;
+  into->addLayout(row);
+  return row;
+}
+
+}  // namespace
+
+VellumMainView::VellumMainView(VellumMain& form)
+    : FormView(form, std::make_unique<QMainWindow>()), main_(form) {
+  for (int i = 0; i < kFieldCount; ++i)
+    DesignCaption(main_.FieldLabel(i), kFieldCaptions[static_cast<size_t>(i)]);
+
+  auto* central = new QWidget(mainWindow());
+  auto* layout = new QVBoxLayout(central);
+  layout->setContentsMargins(6, 6, 6, 6);
+  tabs_ = WidgetAs<QTabWidget>(main_.TabbedDialog, central);
+  layout->addWidget(tabs_, 1);
+  BuildLogPage(tabs_->widget(0));
+  BuildQSLPage(tabs_->widget(1));
+  BuildProgressPage(tabs_->widget(2));
+  BuildQTHPage(tabs_->widget(3));
+  BuildImportPage(tabs_->widget(4));
+  BuildExportPage(tabs_->widget(5));
+  PlaceRemaining(central, layout);
+  mainWindow()->setCentralWidget(central);
+  Finish();
+}
+
+QWidget* VellumMainView::FieldPanel(ui::Control& frame, const std::vector<int>& fields,
+                                    int pairsPerRow, QWidget* parent) {
+  auto* box = WidgetAs<QGroupBox>(frame, parent);
+  auto* grid = new QGridLayout(box);
+  grid->setHorizontalSpacing(6);
+  grid->setVerticalSpacing(3);
+  for (size_t n = 0; n < fields.size(); ++n) {
+    const int slot = fields[n];
+    const int row = static_cast<int>(n) / pairsPerRow;
+    const int column = 2 * (static_cast<int>(n) % pairsPerRow);
+    auto* label = WidgetAs<QLabel>(main_.FieldLabel(slot), box);
+    auto* edit = WidgetAs<QLineEdit>(main_.Fieldbox(slot), box);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    label->setBuddy(edit);
+    // A blinking label keeps its place, so the panel doesn't jump.
+    QSizePolicy policy = label->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    label->setSizePolicy(policy);
+    edit->setMinimumWidth(70);
+    grid->addWidget(label, row, column);
+    grid->addWidget(edit, row, column + 1);
+    grid->setColumnStretch(column + 1, 1);
+  }
+  return box;
+}
+
+QWidget* VellumMainView::BuildLogPage(QWidget* page) {
+  auto* layout = new QVBoxLayout(page);
+  layout->setSpacing(4);
+
+  layout->addWidget(FieldPanel(main_.QSOFrame, kQSOFields, 6, page));
+  QHBoxLayout* panels = Row(layout);
+  for (int i = 0; i < 4; ++i)
+    panels->addWidget(
+        FieldPanel(main_.LogFrame(i), kLogFrameFields[static_cast<size_t>(i)], i < 2 ? 2 : 1, page),
+        i < 2 ? 2 : 1);
+
+  layout->addWidget(Widget(main_.LogGrid, page), 1);
+
+  QHBoxLayout* foot = Row(layout);
+  auto* sort = WidgetAs<QGroupBox>(main_.SortFrame, page);
+  sort->setMinimumWidth(120);
+  foot->addWidget(sort);
+  auto* filter = WidgetAs<QGroupBox>(main_.FilterFrame, page);
+  auto* filterLayout = new QHBoxLayout(filter);
+  filterLayout->addWidget(Widget(main_.FilterField, filter));
+  foot->addWidget(filter, 1);
+  for (ui::CommandButton* move :
+       {&main_.LogFirstCmd, &main_.LogPrevCmd, &main_.LogNextCmd, &main_.LogLastCmd}) {
+    QWidget* w = Widget(*move, page);
+    w->setMaximumWidth(48);
+    foot->addWidget(w);
+  }
+  foot->addSpacing(12);
+  for (int i = 0; i < 4; ++i) foot->addWidget(Widget(main_.LogFrameSelect(i), page));
+
+  QHBoxLayout* commands = Row(layout);
+  for (ui::CommandButton* c : {&main_.NewCmd, &main_.SaveCmd, &main_.RevertCmd, &main_.DeleteCmd,
+                               &main_.ConfirmCmd, &main_.VerifyCmd})
+    commands->addWidget(Widget(*c, page));
+  commands->addStretch(1);
+  for (ui::CommandButton* c :
+       {&main_.StopAddCmd, &main_.RACcmd, &main_.PlotLogCmd, &main_.ReportLogCmd, &main_.CaptureCmd,
+        &main_.ConfigLogCmd, &main_.HelpLogCmd})
+    commands->addWidget(Widget(*c, page));
+  return page;
+}
+
+void VellumMainView::BuildQSLPage(QWidget* page) {
+  auto* layout = new QVBoxLayout(page);
+  layout->addWidget(Widget(main_.QSLGrid, page), 1);
+  QHBoxLayout* commands = Row(layout);
+  commands->addWidget(Widget(main_.GenerateRequestedCmd, page));
+  commands->addWidget(Widget(main_.ProcessPrintedCmd, page));
+  commands->addStretch(1);
+  commands->addWidget(Widget(main_.HelpQSLCmd, page));
+}
+
+void VellumMainView::BuildProgressPage(QWidget* page) {
+  auto* layout = new QVBoxLayout(page);
+  layout->addWidget(Widget(main_.ProgressGrid, page), 1);
+  QHBoxLayout* commands = Row(layout);
+  commands->addWidget(Widget(main_.SummaryCmd, page));
+  commands->addWidget(Widget(main_.ReComputeCmd, page));
+  commands->addStretch(1);
+  commands->addWidget(Widget(main_.HelpProgressCmd, page));
+}
+
+void VellumMainView::BuildQTHPage(QWidget* page) {
+  auto* layout = new QVBoxLayout(page);
+  layout->addWidget(Widget(main_.QTHGrid, page), 1);
+  QHBoxLayout* commands = Row(layout);
+  commands->addStretch(1);
+  commands->addWidget(Widget(main_.HelpQTHCmd, page));
+}
+
+void VellumMainView::BuildImportPage(QWidget* page) {
+  auto* layout = new QVBoxLayout(page);
+  layout->addWidget(Widget(main_.LoggerImportButton, page));
+  layout->addWidget(Widget(main_.MMTTYImportButton, page));
+  layout->addWidget(Widget(main_.DefaultCallsignCheckbox, page));
+  layout->addWidget(Widget(main_.SaveImportErrorsCheck, page));
+  layout->addWidget(Widget(main_.ImportDuplicateCheckbox, page));
+  layout->addStretch(1);
+  QHBoxLayout* commands = Row(layout);
+  commands->addWidget(Widget(main_.ImportCmd, page));
+  commands->addStretch(1);
+  commands->addWidget(Widget(main_.HelpImportCmd, page));
+}
+
+void VellumMainView::BuildExportPage(QWidget* page) {
+  auto* layout = new QVBoxLayout(page);
+  layout->addWidget(Widget(main_.DXBaseExportButton, page));
+  layout->addStretch(1);
+  QHBoxLayout* commands = Row(layout);
+  commands->addWidget(Widget(main_.ExportCmd, page));
+  commands->addStretch(1);
+  commands->addWidget(Widget(main_.HelpExportCmd, page));
+}
+
+}  // namespace vellumar::qt
