@@ -107,6 +107,23 @@ TEST(Startup, AFailingStepIsReportedWithItsNumberAndEndsTheLoad) {
   EXPECT_TRUE(app.module.LogOpen());
 }
 
+TEST(Startup, AMissingDXCCDatabaseIsTheFatalMessageAndNothingElse) {
+  ProgramHarness h(ProgramHarness::DXCC::kNone);
+  h.SeedReturningOperator();
+  const std::string path = h.DataPath() + "/Databases/DXCC.vdb";
+  h.desktop.ExpectMsgBoxStartingWith("Terminating: " + path + " is missing! (restore by downloading from ")
+      .WithTitle("Vellumar");
+  Application& app = h.Start();
+  ASSERT_TRUE(h.exitCode.has_value());
+  EXPECT_NE(*h.exitCode, 0);
+  EXPECT_TRUE(app.Ended());
+  // The program ended inside its start-up: no log was opened, no window came up after it.
+  EXPECT_FALSE(app.module.LogOpen());
+  EXPECT_FALSE(app.setup().Loaded());
+  EXPECT_FALSE(app.capture.Visible());
+  EXPECT_EQ(h.desktop.Calls().size(), 1u);
+}
+
 TEST(Startup, AnEmptyLogsInitTimerMovesFailSilently) {
   ProgramHarness h;
   h.SeedReturningOperator();

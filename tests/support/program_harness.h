@@ -23,6 +23,7 @@ class ProgramHarness {
   enum class DXCC {
     kSmall,  // three entities (K, G, VP2E), made here: a quick start
     kBuilt,  // the database the build generated from the country files
+    kNone,   // no DXCC database installed at all
   };
   explicit ProgramHarness(DXCC dxcc = DXCC::kSmall);
 
