@@ -456,6 +456,77 @@ int main() {
       Report("db_findfirst_indexed_ms", Median(finds), "ms");
     }
 
+    // Read walks: MoveFirst..EOF reading every field of every row, over the table in its own
+    // order and over the view sorted by time, against a raw SELECT of every column in rowid order.
+    {
+      auto readWalk = [&](Recordset rs) {
+        std::vector<Field> fields;
+        for (int i = 0; i < rs.Fields().Count(); ++i) fields.push_back(rs.Fields(i));
+        auto t = Clock::now();
+        long rows = 0;
+        size_t bytes = 0;
+        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
+          for (auto& f : fields) {
+            vb::Variant v = f.Value();
+            if (!v.IsNull()) bytes += v.ToString().size();
+          }
+          ++rows;
+        }
+        double perS = rows / (Ms(t) / 1000);
+        if (rows != count || bytes == 0) {
+          std::fprintf(stderr, "# read walk: %ld rows, %zu bytes\n", rows, bytes);
+        }
+        return perS;
+      };
+      std::vector<double> table, sortedView, baseline;
+      for (int r = 0; r < kRuns; ++r) {
+        table.push_back(readWalk(db.OpenRecordset("QSOs", dbOpenDynaset)));
+        sortedView.push_back(readWalk(OpenView(db, "QSO_Begin", "")));
+        sqlite3* raw = nullptr;
+        sqlite3_open(path.c_str(), &raw);
+        auto t = Clock::now();
+        sqlite3_stmt* st = nullptr;
+        sqlite3_prepare_v2(raw, "SELECT * FROM QSOs ORDER BY rowid", -1, &st, nullptr);
+        long rows = 0;
+        size_t bytes = 0;
+        while (sqlite3_step(st) == SQLITE_ROW) {
+          for (int i = 0; i < sqlite3_column_count(st); ++i) {
+            if (sqlite3_column_type(st, i) == SQLITE_NULL) continue;
+            bytes += std::string(reinterpret_cast<const char*>(sqlite3_column_text(st, i)),
+                                 static_cast<size_t>(sqlite3_column_bytes(st, i)))
+                         .size();
+          }
+          ++rows;
+        }
+        sqlite3_finalize(st);
+        baseline.push_back(rows / (Ms(t) / 1000));
+        sqlite3_close(raw);
+      }
+      // Random access: a jump to a random position and a read of one field, as a display of
+      // single rows or a search followed by a read does.
+      std::vector<double> random;
+      {
+        Recordset view = OpenView(db, "QSO_Begin", "");
+        Field call = view.Fields("Call");
+        std::mt19937 rng(11);
+        for (int r = 0; r < kRuns; ++r) {
+          constexpr int kJumps = 20000;
+          auto t = Clock::now();
+          size_t bytes = 0;
+          for (int i = 0; i < kJumps; ++i) {
+            view.SetAbsolutePosition(static_cast<long>(rng() % static_cast<uint32_t>(count)));
+            bytes += call.Value().ToStringOrEmpty().size();
+          }
+          random.push_back(kJumps / (Ms(t) / 1000));
+          if (bytes == 0) std::fprintf(stderr, "# random reads: nothing read\n");
+        }
+      }
+      Report("db_walk_read_rows_per_s", Median(table), "rows/s");
+      Report("db_walk_sorted_view_read_rows_per_s", Median(sortedView), "rows/s");
+      Report("db_baseline_raw_sqlite_read_rows_per_s", Median(baseline), "rows/s");
+      Report("db_random_position_read_rows_per_s", Median(random), "rows/s");
+    }
+
     // Edit walk (Edit, one field, Update, MoveNext; 20,000 rows a run) against raw prepared
     // UPDATEs by rowid of the same rows in the same order. The two alternate, each going first
     // in every other run, so that neither has the warmer cache throughout.

@@ -187,6 +187,30 @@ CachedStatement DatabaseCore::Prepare(const std::string& sql) {
   return CachedStatement(it->second.get(), nullptr);
 }
 
+ReadTransaction::ReadTransaction(DatabaseCore& db) : db_(db) {
+  if (!sqlite3_get_autocommit(db_.handle())) return;
+  auto begin = db_.Prepare("BEGIN");
+  begin->Run();
+  began_ = true;
+}
+
+ReadTransaction::~ReadTransaction() {
+  if (!began_ || db_.closed()) return;
+  // Ending a transaction that only read writes nothing and can't fail for want of a lock.
+  try {
+    auto commit = db_.Prepare("COMMIT");
+    commit->Run();
+  } catch (const vb::VbError&) {
+    sqlite3_exec(db_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+  }
+}
+
+int64_t DatabaseCore::FileVersion() {
+  auto q = Prepare("PRAGMA data_version");
+  q->Step();
+  return q->Int(0);
+}
+
 void DatabaseCore::Exec(const std::string& sql) {
   CheckOpen();
   conn_.Exec(sql);
@@ -195,6 +219,8 @@ void DatabaseCore::Exec(const std::string& sql) {
 template <typename Body>
 void DatabaseCore::InTransaction(Body body) {
   Exec("BEGIN IMMEDIATE");
+  // Schema changes count as writes: rows cached by recordsets are read again.
+  ++dataVersion_;
   try {
     body();
     Exec("COMMIT");

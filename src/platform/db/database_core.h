@@ -33,6 +33,23 @@ class CachedStatement {
   std::unique_ptr<Statement> owned_;
 };
 
+class DatabaseCore;
+
+// A read transaction around the few statements of one call, so that they see one state of the
+// file and lock it once; it ends with the scope and is never held beyond the call. Nothing is
+// done when a transaction is already open on the connection.
+class ReadTransaction {
+ public:
+  explicit ReadTransaction(DatabaseCore& db);
+  ReadTransaction(const ReadTransaction&) = delete;
+  ReadTransaction& operator=(const ReadTransaction&) = delete;
+  ~ReadTransaction();
+
+ private:
+  DatabaseCore& db_;
+  bool began_ = false;
+};
+
 class DatabaseCore : public std::enable_shared_from_this<DatabaseCore> {
  public:
   static std::shared_ptr<DatabaseCore> Create(const std::string& path, const std::string& locale);
@@ -68,6 +85,10 @@ class DatabaseCore : public std::enable_shared_from_this<DatabaseCore> {
   // Rises with every write made through this database, so that row caches know to re-read.
   uint64_t dataVersion() const { return dataVersion_; }
   void DataChanged() { ++dataVersion_; }
+  // The file's version as this connection sees it (PRAGMA data_version): it moves when another
+  // connection, in this process or another, commits a change, and not for this connection's own
+  // writes, which dataVersion() counts. Reading it takes one read transaction.
+  int64_t FileVersion();
 
   void Track(const std::shared_ptr<RecordsetCore>& recordset);
   void Close();

@@ -20,7 +20,10 @@
 #include "platform/db/recordset.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "platform/db/recordset_core.h"
 #include "platform/db/value_convert.h"
@@ -110,6 +113,7 @@ void RecordsetCore::Detach() {
   closed_ = true;
   editMode_ = dbEditNone;
   row_.clear();
+  DropReadAhead();
 }
 
 void RecordsetCore::CheckOpen() const {
@@ -192,6 +196,7 @@ void RecordsetCore::Requery() {
   fullyCounted_ = type_ == dbOpenTable;
   row_.clear();
   rowRowid_ = 0;
+  DropReadAhead();
   if (keys_->live() > 0) MoveTo(0);
 }
 
@@ -225,18 +230,154 @@ size_t RecordsetCore::CurrentPosition() const {
   return position_;
 }
 
+namespace {
+constexpr size_t kMaxReadAheadLog2 = 6;  // at most 64 rows a block
+// Slots of a read-ahead block that hold no row in its values.
+constexpr int32_t kGone = -1;   // the row is no longer in the table
+constexpr int32_t kInRow = -2;  // the row was read straight into the row cache
+
+// A column of the current result row into out, reusing out's text buffer.
+void ReadColumn(sqlite3_stmt* stmt, int column, SqlValue& out) {
+  switch (sqlite3_column_type(stmt, column)) {
+    case SQLITE_NULL:
+      out = std::monostate{};
+      break;
+    case SQLITE_INTEGER:
+      out = static_cast<int64_t>(sqlite3_column_int64(stmt, column));
+      break;
+    case SQLITE_FLOAT:
+      out = sqlite3_column_double(stmt, column);
+      break;
+    default: {
+      const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, column));
+      auto n = static_cast<size_t>(sqlite3_column_bytes(stmt, column));
+      if (auto* s = std::get_if<std::string>(&out)) {
+        s->assign(text ? text : "", n);
+      } else {
+        out = std::string(text ? text : "", n);
+      }
+    }
+  }
+}
+}  // namespace
+
 const std::vector<SqlValue>& RecordsetCore::CurrentRow() {
   size_t pos = CurrentPosition();
   int64_t rowid = keys_->rowid(pos);
   if (rowRowid_ == rowid && rowVersion_ == db_->dataVersion() && !row_.empty()) return row_;
-  auto q = db_->Prepare(selectRowSql_);
-  q->Bind(1, rowid);
-  if (!q->Step()) RecordDeleted();  // deleted by another view or process
-  row_.resize(schema_->columns.size());
-  for (size_t i = 0; i < row_.size(); ++i) row_[i] = q->Column(static_cast<int>(i));
+  // Onto another row. It is served from the read-ahead block when the block holds it and nothing
+  // has been committed to the file since the block was read; otherwise the block is read anew
+  // from here.
+  bool held = ahead_.fileVersion >= 0 && ahead_.version == db_->dataVersion() &&
+              ahead_.Holds(pos) && ahead_.rowids[pos - ahead_.start] == rowid;
+  if (held && db_->FileVersion() != ahead_.fileVersion) held = false;
+  if (!held) ReadAhead(pos);
+  ++ahead_.served;
+  lastRead_ = pos;
+  int32_t slot = ahead_.slots[pos - ahead_.start];
+  if (slot == kGone) RecordDeleted();  // deleted by another view or process
+  if (slot != kInRow) {
+    size_t columns = schema_->columns.size();
+    auto first = ahead_.values.begin() +
+                 static_cast<std::ptrdiff_t>(slot) * static_cast<std::ptrdiff_t>(columns);
+    row_.assign(first, first + static_cast<std::ptrdiff_t>(columns));
+  }
   rowRowid_ = rowid;
   rowVersion_ = db_->dataVersion();
   return row_;
+}
+
+void RecordsetCore::ReadAhead(size_t position) {
+  // The block's size: a walk that ran through the whole of the last block with nothing written
+  // through this database meanwhile gets one twice as large; otherwise (a jump, a write, a walk
+  // cut short) one as large as the last one served, down to the single row, so that random
+  // access and an edit walk read no more than the row they are on.
+  size_t end = ahead_.start + ahead_.rowids.size();
+  bool pastEnd = ahead_.filled && position >= end && position < end + aheadWindow_;
+  bool beforeStart =
+      ahead_.filled && position < ahead_.start && position + aheadWindow_ >= ahead_.start;
+  bool backward = beforeStart || (lastRead_ != SIZE_MAX && position < lastRead_);
+  size_t want = (pastEnd || beforeStart) && ahead_.version == db_->dataVersion()
+                    ? aheadWindow_ * 2
+                    : std::max<size_t>(ahead_.served, 1);
+  size_t log2 = 0;
+  while ((size_t{1} << log2) < want && log2 < kMaxReadAheadLog2) ++log2;
+  aheadWindow_ = size_t{1} << log2;
+
+  size_t size = keys_->size();
+  size_t first = backward ? position + 1 - std::min(position + 1, aheadWindow_) : position;
+  size_t last = std::min(size, first + aheadWindow_);  // one past
+  ahead_.filled = false;
+  ahead_.fileVersion = -1;
+  ahead_.start = first;
+  ahead_.rowids.assign(last - first, 0);
+  ahead_.slots.assign(last - first, kGone);
+  ahead_.served = 0;
+
+  if (aheadWindow_ == 1) {
+    // The current row alone, straight into the row cache. It isn't served to a later move (the
+    // block has no file version), so it needs none.
+    ahead_.rowids[0] = keys_->rowid(position);
+    auto q = db_->Prepare(selectRowSql_);
+    q->Bind(1, ahead_.rowids[0]);
+    if (q->Step()) {
+      row_.resize(schema_->columns.size());
+      for (size_t i = 0; i < row_.size(); ++i) ReadColumn(q->get(), static_cast<int>(i), row_[i]);
+      ahead_.slots[0] = kInRow;
+    }
+    ahead_.filled = true;
+    ahead_.version = db_->dataVersion();
+    return;
+  }
+  // A block is served to later moves, which must know whether the file has changed since: the
+  // file's version is read with the rows, in one read transaction, so that it is the version of
+  // the rows (and the file is locked once).
+  ReadTransaction transaction(*db_);
+  int64_t fileVersion = db_->FileVersion();
+  if (readAheadSql_.size() <= log2) readAheadSql_.resize(log2 + 1);
+  std::string& sql = readAheadSql_[log2];
+  if (sql.empty()) {
+    sql = "SELECT rowid";
+    for (const auto& column : schema_->columns) sql += ", " + QuoteName(column.name);
+    sql += " FROM " + QuoteName(schema_->name) + " WHERE rowid IN (";
+    for (size_t i = 0; i < aheadWindow_; ++i) sql += i ? ", ?" : "?";
+    sql += ")";
+  }
+  auto q = db_->Prepare(sql);
+  // The rowids of the block sorted, to place the rows SQLite returns (in rowid order).
+  auto& order = readAheadOrder_;
+  order.clear();
+  for (size_t p = first; p < last; ++p) {
+    int64_t rowid = keys_->rowid(p);
+    ahead_.rowids[p - first] = rowid;
+    if (keys_->deleted(p)) continue;  // deleted here: never read
+    q->Bind(static_cast<int>(order.size()) + 1, rowid);
+    order.emplace_back(rowid, static_cast<int32_t>(p - first));
+  }
+  // Unused parameters stay Null, which matches no rowid.
+  std::sort(order.begin(), order.end());
+  size_t columns = schema_->columns.size();
+  if (ahead_.values.size() < order.size() * columns) ahead_.values.resize(order.size() * columns);
+  int32_t rows = 0;
+  sqlite3_stmt* stmt = q->get();
+  while (q->Step()) {
+    int64_t rowid = q->Int(0);
+    auto it = std::lower_bound(order.begin(), order.end(), std::pair<int64_t, int32_t>(rowid, 0));
+    if (it == order.end() || it->first != rowid) continue;
+    SqlValue* out = &ahead_.values[static_cast<size_t>(rows) * columns];
+    for (size_t i = 0; i < columns; ++i) ReadColumn(stmt, static_cast<int>(i) + 1, out[i]);
+    ahead_.slots[static_cast<size_t>(it->second)] = rows++;
+    if (static_cast<size_t>(rows) == order.size()) break;  // all found: no step to the end
+  }
+  ahead_.filled = true;
+  ahead_.version = db_->dataVersion();
+  ahead_.fileVersion = fileVersion;
+}
+
+void RecordsetCore::DropReadAhead() {
+  ahead_ = ReadAheadBlock();
+  aheadWindow_ = 1;
+  lastRead_ = SIZE_MAX;
 }
 
 vb::Variant RecordsetCore::Value(int ordinal) {
@@ -561,6 +702,7 @@ void RecordsetCore::SetIndex(const std::string& name) {
   indexInfo_ = info;
   indexName_ = info ? info->name : std::string();
   keys_ = std::make_shared<KeySet>(LoadKeys());
+  DropReadAhead();
   where_ = Where::Before;
   highWater_ = 0;
   if (keys_->live() > 0) MoveTo(0);
@@ -614,6 +756,7 @@ void RecordsetCore::Seek(const std::string& comparison, const std::vector<vb::Va
   if (!p) {  // added by another view or process since the key set was read
     Discard();
     keys_ = std::make_shared<KeySet>(LoadKeys());
+    DropReadAhead();
     where_ = Where::Before;
     p = keys_->Find(rowid);
   }

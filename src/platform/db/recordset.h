@@ -7,6 +7,9 @@
 // it (and again after any write through the same database), so edits made elsewhere are seen,
 // and a row deleted elsewhere reads as deleted (3167). A table-type recordset (dbOpenTable) is the
 // same over the whole table, in the order of its Index (rowid order while none is set).
+// Along a walk rows are read ahead, a block of the key set's next rows in one statement; a move
+// is served from the block only while nothing has been committed to the file since it was read
+// (checked at every move onto another row), so a move reads what reading its row alone would.
 //
 // Rows added through a recordset are appended at the end of its key set, which its clones
 // share; other views see them after Requery. Delete leaves a hole at the position: the position

@@ -1,8 +1,10 @@
 #pragma once
 // The state behind a Recordset handle: its key set, position, edit buffer and row cache.
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/db/database_core.h"
@@ -84,6 +86,10 @@ class RecordsetCore : public std::enable_shared_from_this<RecordsetCore> {
   // The current row's position, or 3021 with none, 3167 when it is deleted.
   size_t CurrentPosition() const;
   const std::vector<SqlValue>& CurrentRow();
+  // Reads the rows of the key set around position (the current row's) into ahead_, in one
+  // statement.
+  void ReadAhead(size_t position);
+  void DropReadAhead();
   void MoveTo(size_t position);
   void Discard();  // drops an open edit, as any move does
   void LoadBuffer();
@@ -129,6 +135,31 @@ class RecordsetCore : public std::enable_shared_from_this<RecordsetCore> {
   std::vector<SqlValue> row_;
   int64_t rowRowid_ = 0;     // rowid of row_; 0 when empty
   uint64_t rowVersion_ = 0;  // the database's data version when row_ was read
+
+  // Read-ahead: the rows of a run of key set positions, read in one statement when the current
+  // row wasn't among them, and served to the moves that follow. A row is served from it only
+  // while nothing has been committed to the file since it was read: neither through this
+  // database (dataVersion) nor by another connection or process (the file's version, read again
+  // at every move onto another row), so that a move reads what a read of the single row would
+  // read at that moment.
+  struct ReadAheadBlock {
+    bool filled = false;           // holds the rows of the positions below
+    size_t start = 0;              // key set position of rowids[0]
+    std::vector<int64_t> rowids;   // the rowids asked for, position by position
+    std::vector<int32_t> slots;    // where each one's row is in values; -1 when the row is gone
+    std::vector<SqlValue> values;  // the rows read, one after another, columns in order
+    uint64_t version = 0;          // the database's data version when read
+    int64_t fileVersion = -1;      // the file's version when read; -1: not to be served again
+    size_t served = 0;             // moves served from it
+    bool Holds(size_t position) const {
+      return filled && position >= start && position - start < rowids.size();
+    }
+  };
+  ReadAheadBlock ahead_;
+  size_t aheadWindow_ = 1;                 // size of the last block read: grows along a walk
+  size_t lastRead_ = SIZE_MAX;             // key set position of the row read last
+  std::vector<std::string> readAheadSql_;  // by log2 of the block size, built when first needed
+  std::vector<std::pair<int64_t, int32_t>> readAheadOrder_;  // (rowid, index) of a block, sorted
 
   std::string selectRowSql_;  // SELECT <columns> FROM <table> WHERE rowid = ?
   std::vector<Field> fields_;

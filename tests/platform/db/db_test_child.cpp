@@ -3,6 +3,8 @@
 //   db_test_child hold <path>   opens the database, prints "ready", then obeys lines on stdin:
 //                               "addfield <name>" appends a text field to QSOs,
 //                               "write <call>" adds a QSO, "count" prints the QSO count,
+//                               "setvalue <id> <text>" sets Value of the row of table Walk
+//                               whose Id is <id>, "deleteid <id>" deletes that row,
 //                               "quit" exits. Each answers "ok", "error <number>" or a count.
 //   db_test_child walk <path>   walks table Walk from the first row, setting Value to
 //                               "edited <id>" with Edit/Update, and prints each id once its
@@ -48,6 +50,26 @@ int Hold(const std::string& path) {
         rs.AddNew();
         rs.Fields("Call").SetValue(line.substr(6));
         rs.Update();
+        rs.Close();
+      });
+    } else if (line.rfind("setvalue ", 0) == 0) {
+      Answer([&] {
+        std::string rest = line.substr(9);
+        size_t space = rest.find(' ');
+        Recordset rs = db.OpenRecordset("Walk", dbOpenDynaset);
+        rs.FindFirst("Id = " + rest.substr(0, space));
+        if (rs.NoMatch()) throw vb::VbError(3021, "no such row");
+        rs.Edit();
+        rs.Fields("Value").SetValue(space == std::string::npos ? "" : rest.substr(space + 1));
+        rs.Update();
+        rs.Close();
+      });
+    } else if (line.rfind("deleteid ", 0) == 0) {
+      Answer([&] {
+        Recordset rs = db.OpenRecordset("Walk", dbOpenDynaset);
+        rs.FindFirst("Id = " + line.substr(9));
+        if (rs.NoMatch()) throw vb::VbError(3021, "no such row");
+        rs.Delete();
         rs.Close();
       });
     } else if (line == "count") {
