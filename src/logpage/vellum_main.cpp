@@ -5,6 +5,7 @@
 #include "config/vellum_setup.h"
 #include "config/window_placement.h"
 #include "frame/version.h"
+#include "logstore/field_table.h"
 #include "platform/vb/convert.h"
 #include "platform/vb/error.h"
 #include "program/application.h"
@@ -54,6 +55,12 @@ VellumMain::VellumMain(Application& app)
   for (int i = 0; i < 4; ++i) {
     LogFrame(i).SetCaption(kLogFrameCaptions[i]);
     LogFrameSelect(i).SetCaption(kLogFrameCaptions[i]);
+  }
+  for (int i = 0; i < kFieldCount; ++i) {
+    const logstore::FieldSlot& slot = logstore::kFieldSlots[i];
+    FieldLabel(i).SetCaption(slot.label);
+    FieldLabel(i).SetToolTipText(slot.toolTip);
+    Fieldbox(i).SetToolTipText(slot.toolTip);
   }
   FilterFrame.SetCaption("Filter: None");
   SortFrame.SetCaption("Sort");

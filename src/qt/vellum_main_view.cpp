@@ -24,13 +24,6 @@ const std::array<std::vector<int>, 4> kLogFrameFields = {{
     {27, 29, 30},              // Contest: ID, serial numbers received and sent
 }};
 
-// The field labels' design captions, by field slot.
-const std::array<const char*, kFieldCount> kFieldCaptions = {
-    "band", "call",  "DXCC", "",     "freq", "mode",   "name",  "op",        "rcvd",
-    "sent", "via",   "note", "QTH",  "rcvd", "sent",   "state", "date sent", "date rcvd",
-    "pwr",  "begin", "end",  "msg",  "cont", "ITU",    "CQ",    "IOTA",      "cnty",
-    "ID",   "grid",  "rx #", "tx #", "prov", "Broken", "myQTH", "addr"};
-
 QHBoxLayout* Row(QBoxLayout* into) {
   auto* row = new QHBoxLayout;
   into->addLayout(row);
@@ -41,9 +34,6 @@ QHBoxLayout* Row(QBoxLayout* into) {
 
 VellumMainView::VellumMainView(VellumMain& form)
     : FormView(form, std::make_unique<QMainWindow>()), main_(form) {
-  for (int i = 0; i < kFieldCount; ++i)
-    DesignCaption(main_.FieldLabel(i), kFieldCaptions[static_cast<size_t>(i)]);
-
   auto* central = new QWidget(mainWindow());
   auto* layout = new QVBoxLayout(central);
   layout->setContentsMargins(6, 6, 6, 6);
