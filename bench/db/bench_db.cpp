@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+#include "bench_util.h"
+#include "logstore/schema_tables.h"
 #include "platform/db/database.h"
 #include "platform/vb/date_value.h"
 #include "platform/vb/error.h"
@@ -25,45 +27,15 @@ using namespace vellumar::db;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-double Ms(Clock::time_point since) {
-  return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
-}
-
-double Median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  size_t n = v.size();
-  return n % 2 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
-}
-
-void Report(const char* name, double value, const char* unit) {
-  std::printf("BENCH %s %.3f %s\n", name, value, unit);
-  std::fflush(stdout);
-}
+using vellumar::bench::Clock;
+using vellumar::bench::Median;
+using vellumar::bench::Ms;
+using vellumar::bench::Report;
 
 // ---- The log's shape
 
-struct FieldShape {
-  const char* name;
-  int type;
-  long size;
-};
-
-const std::vector<FieldShape> kQsoFields = {
-    {"Band", dbText, 6},        {"Call", dbText, 13},      {"DXCCPrefix", dbText, 6},
-    {"DXCCID", dbText, 3},      {"Freq", dbText, 10},      {"Mode", dbText, 6},
-    {"Name", dbText, 20},       {"Operator", dbText, 13},  {"QSL_Rcvd", dbText, 1},
-    {"QSL_Sent", dbText, 1},    {"QSL_Via", dbText, 13},   {"Comment", dbText, 50},
-    {"QTH", dbText, 30},        {"RST_Rcvd", dbText, 3},   {"RST_Sent", dbText, 3},
-    {"State", dbText, 2},       {"QSLSDATE", dbText, 11},  {"QSLRDATE", dbText, 11},
-    {"TX_Power", dbText, 4},    {"QSO_Begin", dbDate, 0},  {"QSO_End", dbDate, 0},
-    {"QSLMsg", dbText, 30},     {"CONT", dbText, 2},       {"ITUZ", dbText, 2},
-    {"CQZ", dbText, 2},         {"IOTA", dbText, 7},       {"CNTY", dbText, 30},
-    {"CONTEST_ID", dbText, 10}, {"GRIDSQUARE", dbText, 8}, {"SRX", dbText, 8},
-    {"STX", dbText, 8},         {"PROVINCE", dbText, 2},   {"BROKEN", dbText, 1},
-    {"MYQTHID", dbText, 4},     {"ADDRESS", dbMemo, 0},
-};
+// The log's QSOs table, field by field.
+const auto& kQsoFields = logstore::kQSOFields;
 
 void CreateQsoTable(Database& db, const std::string& name) {
   TableDef t = db.CreateTableDef(name);

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bench_util.h"
 #include "platform/db/database.h"
 #include "platform/vb/error.h"
 #include "station/dxcc_tables.h"
@@ -16,22 +17,10 @@
 namespace {
 
 namespace db = vellumar::db;
-using Clock = std::chrono::steady_clock;
-
-double Ms(Clock::time_point since) {
-  return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
-}
-
-double Median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  size_t n = v.size();
-  return n % 2 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
-}
-
-void Report(const char* name, double value, const char* unit) {
-  std::printf("BENCH %s %.3f %s\n", name, value, unit);
-  std::fflush(stdout);
-}
+using vellumar::bench::Clock;
+using vellumar::bench::Median;
+using vellumar::bench::Ms;
+using vellumar::bench::Report;
 
 }  // namespace
 

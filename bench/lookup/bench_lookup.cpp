@@ -11,6 +11,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "bench_util.h"
 #include "platform/db/database.h"
 #include "station/dxcc_module.h"
 #include "station/installed_files.h"
@@ -101,11 +102,6 @@ std::vector<std::string> MakeCalls(const std::vector<std::string>& prefixes,
   return calls;
 }
 
-double Median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v[v.size() / 2];
-}
-
 }  // namespace
 
 int main() {
@@ -148,8 +144,8 @@ int main() {
   std::fprintf(stderr, "# %zu calls, %.1f%% with an entity, %zu prefix keys loaded\n", calls.size(),
                100.0 * found / (static_cast<double>(kRuns) * calls.size()),
                module.Tables().PrefixCount());
-  std::printf("BENCH lookup_calls_per_s %.0f calls/s\n", Median(lookupRates));
-  std::printf("BENCH lookup_baseline_hash_probe_per_s %.0f probes/s\n", Median(probeRates));
+  std::printf("BENCH lookup_calls_per_s %.0f calls/s\n", vellumar::bench::Median(lookupRates));
+  std::printf("BENCH lookup_baseline_hash_probe_per_s %.0f probes/s\n", vellumar::bench::Median(probeRates));
   std::printf("BENCH lookup_database_load_s %.2f s\n", loadSeconds);
   return hits == static_cast<long>(kRuns) * static_cast<long>(calls.size()) ? 0 : 1;
 }

@@ -40,9 +40,11 @@ VellumMainView::VellumMainView(VellumMain& form)
   tabs_ = WidgetAs<QTabWidget>(main_.TabbedDialog, central);
   layout->addWidget(tabs_, 1);
   BuildLogPage(tabs_->widget(0));
-  BuildQSLPage(tabs_->widget(1));
-  BuildProgressPage(tabs_->widget(2));
-  BuildQTHPage(tabs_->widget(3));
+  BuildGridPage(tabs_->widget(1), main_.QSLGrid,
+                {&main_.GenerateRequestedCmd, &main_.ProcessPrintedCmd}, main_.HelpQSLCmd);
+  BuildGridPage(tabs_->widget(2), main_.ProgressGrid, {&main_.SummaryCmd, &main_.ReComputeCmd},
+                main_.HelpProgressCmd);
+  BuildGridPage(tabs_->widget(3), main_.QTHGrid, {}, main_.HelpQTHCmd);
   BuildImportPage(tabs_->widget(4));
   BuildExportPage(tabs_->widget(5));
   PlaceRemaining(central, layout);
@@ -118,32 +120,16 @@ QWidget* VellumMainView::BuildLogPage(QWidget* page) {
   return page;
 }
 
-void VellumMainView::BuildQSLPage(QWidget* page) {
+// A page that is its grid, with the page's commands and its help button in a row below.
+void VellumMainView::BuildGridPage(QWidget* page, ui::Grid& grid,
+                                   std::initializer_list<ui::Control*> commands,
+                                   ui::Control& help) {
   auto* layout = new QVBoxLayout(page);
-  layout->addWidget(Widget(main_.QSLGrid, page), 1);
-  QHBoxLayout* commands = Row(layout);
-  commands->addWidget(Widget(main_.GenerateRequestedCmd, page));
-  commands->addWidget(Widget(main_.ProcessPrintedCmd, page));
-  commands->addStretch(1);
-  commands->addWidget(Widget(main_.HelpQSLCmd, page));
-}
-
-void VellumMainView::BuildProgressPage(QWidget* page) {
-  auto* layout = new QVBoxLayout(page);
-  layout->addWidget(Widget(main_.ProgressGrid, page), 1);
-  QHBoxLayout* commands = Row(layout);
-  commands->addWidget(Widget(main_.SummaryCmd, page));
-  commands->addWidget(Widget(main_.ReComputeCmd, page));
-  commands->addStretch(1);
-  commands->addWidget(Widget(main_.HelpProgressCmd, page));
-}
-
-void VellumMainView::BuildQTHPage(QWidget* page) {
-  auto* layout = new QVBoxLayout(page);
-  layout->addWidget(Widget(main_.QTHGrid, page), 1);
-  QHBoxLayout* commands = Row(layout);
-  commands->addStretch(1);
-  commands->addWidget(Widget(main_.HelpQTHCmd, page));
+  layout->addWidget(Widget(grid, page), 1);
+  QHBoxLayout* row = Row(layout);
+  for (ui::Control* c : commands) row->addWidget(Widget(*c, page));
+  row->addStretch(1);
+  row->addWidget(Widget(help, page));
 }
 
 void VellumMainView::BuildImportPage(QWidget* page) {

@@ -2,6 +2,8 @@
 // The main window: TabbedDialog's six pages. The Log page holds, top to bottom, the QSO panel
 // (QSOFrame and the four LogFrame panels with the field slots), LogGrid, the foot row (SortFrame,
 // FilterFrame, the LogPosition commands, the panel switches) and the command row.
+#include <initializer_list>
+
 #include <QMainWindow>
 #include <QTabWidget>
 
@@ -19,9 +21,8 @@ class VellumMainView : public FormView {
 
  private:
   QWidget* BuildLogPage(QWidget* page);
-  void BuildQSLPage(QWidget* page);
-  void BuildProgressPage(QWidget* page);
-  void BuildQTHPage(QWidget* page);
+  void BuildGridPage(QWidget* page, ui::Grid& grid, std::initializer_list<ui::Control*> commands,
+                     ui::Control& help);
   void BuildImportPage(QWidget* page);
   void BuildExportPage(QWidget* page);
   QWidget* FieldPanel(ui::Control& frame, const std::vector<int>& fields, int pairsPerRow,

@@ -33,24 +33,6 @@ TempDir::~TempDir() {
   std::filesystem::remove_all(dir_, ec);
 }
 
-const std::vector<FieldShape>& QsoFields() {
-  static const std::vector<FieldShape> fields = {
-      {"Band", dbText, 6},        {"Call", dbText, 13},      {"DXCCPrefix", dbText, 6},
-      {"DXCCID", dbText, 3},      {"Freq", dbText, 10},      {"Mode", dbText, 6},
-      {"Name", dbText, 20},       {"Operator", dbText, 13},  {"QSL_Rcvd", dbText, 1},
-      {"QSL_Sent", dbText, 1},    {"QSL_Via", dbText, 13},   {"Comment", dbText, 50},
-      {"QTH", dbText, 30},        {"RST_Rcvd", dbText, 3},   {"RST_Sent", dbText, 3},
-      {"State", dbText, 2},       {"QSLSDATE", dbText, 11},  {"QSLRDATE", dbText, 11},
-      {"TX_Power", dbText, 4},    {"QSO_Begin", dbDate, 0},  {"QSO_End", dbDate, 0},
-      {"QSLMsg", dbText, 30},     {"CONT", dbText, 2},       {"ITUZ", dbText, 2},
-      {"CQZ", dbText, 2},         {"IOTA", dbText, 7},       {"CNTY", dbText, 30},
-      {"CONTEST_ID", dbText, 10}, {"GRIDSQUARE", dbText, 8}, {"SRX", dbText, 8},
-      {"STX", dbText, 8},         {"PROVINCE", dbText, 2},   {"BROKEN", dbText, 1},
-      {"MYQTHID", dbText, 4},     {"ADDRESS", dbMemo, 0},
-  };
-  return fields;
-}
-
 void CreateQsoTable(Database& db, const std::string& name) {
   TableDef t = db.CreateTableDef(name);
   for (const auto& shape : QsoFields()) {

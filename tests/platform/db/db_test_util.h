@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "logstore/schema_tables.h"
 #include "platform/db/database.h"
 #include "platform/vb/variant.h"
 
@@ -26,14 +27,8 @@ class TempDir {
   std::string dir_;
 };
 
-struct FieldShape {
-  const char* name;
-  int type;
-  long size;
-};
-
 // The 35 fields of the log's QSOs table, in order.
-const std::vector<FieldShape>& QsoFields();
+inline const auto& QsoFields() { return logstore::kQSOFields; }
 
 // Creates QSOs as a new log has it: fields with dbUpdatableField, text and memo allowing zero
 // length, indexes Timestamp (QSO_Begin) and Callsign (Call), neither unique.
