@@ -17,10 +17,12 @@ ControlBinder::ControlBinder(ui::Control& control, QWidget* widget)
   widget->installEventFilter(this);
 }
 
-ControlBinder::~ControlBinder() { control_.RemoveObserver(this); }
+ControlBinder::~ControlBinder() {
+  if (controlAlive_) control_.RemoveObserver(this);
+}
 
 void ControlBinder::PropertyChanged(ui::Control&, ui::Property property) {
-  if (!widget_) return;
+  if (!widget_ || !controlAlive_) return;
   WidgetUpdate update(*this);
   Show(property);
 }
@@ -84,7 +86,7 @@ void ControlBinder::ShowColors() {
 }
 
 void ControlBinder::Forward(const std::function<void()>& input) {
-  if (Updating()) return;
+  if (Updating() || !controlAlive_) return;
   RunEvent("a control's event", input);
 }
 
@@ -95,6 +97,7 @@ void ControlBinder::ForwardMouse(bool leftButtonBySignal) {
 }
 
 bool ControlBinder::eventFilter(QObject* watched, QEvent* event) {
+  if (!controlAlive_) return false;
   if (watched != widget_ && watched != InputWidget()) return false;
   switch (event->type()) {
     case QEvent::FocusIn:

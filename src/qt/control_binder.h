@@ -26,6 +26,8 @@ class ControlBinder : public QObject, public ui::ControlObserver {
   QWidget* widget() const { return widget_; }
 
   void PropertyChanged(ui::Control& control, ui::Property property) final;
+  // A model that goes before its widget: the binder stops forwarding to it.
+  void ControlDestroyed(ui::Control& control) final { controlAlive_ = false; }
   // Shows every property of the model; a derived binder calls it at the end of its constructor.
   void ShowAll();
 
@@ -59,6 +61,7 @@ class ControlBinder : public QObject, public ui::ControlObserver {
   static constexpr ui::Color kDefaultBackColor = 0xFFFFFF;
   ui::Control& control_;
   QPointer<QWidget> widget_;
+  bool controlAlive_ = true;  // the model still exists
   int updating_ = 0;
   bool forwardMouse_ = false;
   bool leftBySignal_ = false;

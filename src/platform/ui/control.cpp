@@ -6,6 +6,11 @@
 
 namespace vellumar::ui {
 
+Control::~Control() {
+  const auto observers = observers_;
+  for (ControlObserver* o : observers) o->ControlDestroyed(*this);
+}
+
 void Control::Move(int left, int top, int width, int height) {
   if (left_ == left && top_ == top && width_ == width && height_ == height) return;
   left_ = left;

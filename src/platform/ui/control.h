@@ -39,6 +39,8 @@ class ControlObserver {
  public:
   virtual ~ControlObserver() = default;
   virtual void PropertyChanged(Control& control, Property property) = 0;
+  // The control is being destroyed: an observer that outlives it lets go of it here.
+  virtual void ControlDestroyed(Control& control) {}
 };
 
 struct Font {
@@ -81,7 +83,7 @@ using Color = uint32_t;
 class Control {
  public:
   explicit Control(std::string name, int index = -1) : name_(std::move(name)), index_(index) {}
-  virtual ~Control() = default;
+  virtual ~Control();
   Control(const Control&) = delete;
   Control& operator=(const Control&) = delete;
 

@@ -266,3 +266,16 @@ TEST(Form, SizeChangesRaiseResizeOnceLoaded) {
   EXPECT_EQ(resizes, 2);
   EXPECT_EQ(form.Width(), 9500);
 }
+
+TEST(Control, AnObserverHearsOfTheControlsEndAndIsNotCalledAfter) {
+  struct Watcher : ControlObserver {
+    int ended = 0;
+    void PropertyChanged(Control&, Property) override {}
+    void ControlDestroyed(Control&) override { ++ended; }
+  } watcher;
+  {
+    TextBox box("Fieldbox", 1);
+    box.AddObserver(&watcher);
+  }
+  EXPECT_EQ(watcher.ended, 1);
+}
