@@ -92,11 +92,7 @@ VellumSetup::VellumSetup(Application& app)
   WireControls();
 }
 
-template <class Body>
-void VellumSetup::Tail(const char* procedure, Body&& body) {
-  WithFailureTail(app_.common.errorLog(), std::string("VellumSetup.") + procedure,
-                  std::forward<Body>(body));
-}
+ErrorLog& VellumSetup::Log() { return app_.common.errorLog(); }
 
 std::string VellumSetup::GetSetting(const std::string& section, const std::string& key,
                                     const std::string& defaultValue) const {
@@ -199,6 +195,7 @@ void VellumSetup::SetDesignValues() {
     column.Width = width;
     LogLayout.Columns().push_back(column);
   }
+  LogLayout.SetDataMode(ui::Grid::kArrayData);  // its rows are the layout table itself
   for (int i = 0; i < LogFrameVisible.Count(); ++i) {
     LogFrameVisible(i).SetCaption(kLogFrameCaptions.at(static_cast<size_t>(i)));
     LogFrameVisible(i).SetValue(1);
@@ -289,6 +286,7 @@ void VellumSetup::WireControls() {
   OpenLogCmd.Click = [this] { OpenLogCmd_Click(); };
   LogSelectCmd.Click = [this] { LogSelectCmd_Click(); };
   LogFrameVisible.On(&ui::CheckBox::Click, [this](int i) { LogFrameVisible_Click(i); });
+  WireLogLayout();
 
   AwardCheck.On(&ui::CheckBox::Click, [this](int i) {
     if (i >= kFirstAwardBand && i <= kLastAwardMode) AwardCheck_Click(i);
@@ -629,7 +627,7 @@ void VellumSetup::InitializePrinter() {
 
 // ---- Grid column widths ----
 
-void VellumSetup::SaveLogGridColumnWidths() {}
+void VellumSetup::SaveLogGridColumnWidths() { app_.module.SaveLogGridColumnWidths(); }
 void VellumSetup::SaveQTHGridColumnWidths() {}
 
 void VellumSetup::SaveLogLayoutGridColumnWidths() {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "config/tooltips.h"
+#include "frame/error_log.h"
 #include "platform/ui/control_array.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
@@ -163,6 +164,16 @@ class VellumSetup : public ui::Form {
   // The printer.
   void InitializePrinter();
 
+  // The LogLayout grid: the table of the Log Page Display's columns (vellum_setup_layout.cpp).
+  void LogLayout_BeforeDelete(int& cancel);
+  void LogLayout_AfterDelete();
+  void LogLayout_BeforeInsert(int& cancel);
+  void LogLayout_AfterInsert();
+  void LogLayout_BeforeColUpdate(int colIndex, const std::string& oldValue, int& cancel);
+  void LogLayout_ComboSelect(int colIndex);
+  void LogLayout_KeyUp(int& keyCode, int shift);
+  void LogLayout_SelChange(int& cancel);
+
   // Grid column widths, written at unload.
   void SaveLogGridColumnWidths();
   void SaveQTHGridColumnWidths();
@@ -194,6 +205,7 @@ class VellumSetup : public ui::Form {
   void AdoptControls();
   void SetDesignValues();
   void WireControls();
+  void WireLogLayout();
   bool LogPathnameExists() const;
   void ShowMessage(const std::string& text);
   std::string GetSetting(const std::string& section, const std::string& key,
@@ -201,7 +213,10 @@ class VellumSetup : public ui::Form {
   void SaveSetting(const std::string& section, const std::string& key, const std::string& value);
   // The failure tail under "VellumSetup." + procedure.
   template <class Body>
-  void Tail(const char* procedure, Body&& body);
+  void Tail(const char* procedure, Body&& body) {
+    WithFailureTail(Log(), std::string("VellumSetup.") + procedure, std::forward<Body>(body));
+  }
+  ErrorLog& Log();
 
   Application& app_;
 };

@@ -70,10 +70,11 @@ VellumMain::VellumMain(Application& app)
   DeleteCmd.SetCaption("&Delete");
   ConfirmCmd.SetCaption("Con&firm");
   VerifyCmd.SetCaption("&Verify");
-  LogFirstCmd.SetCaption("|<");
-  LogPrevCmd.SetCaption("<");
-  LogNextCmd.SetCaption(">");
-  LogLastCmd.SetCaption(">|");
+  // Every command of the Log page has an Alt key, so that a log is kept without the mouse.
+  LogFirstCmd.SetCaption("|< F&irst");
+  LogPrevCmd.SetCaption("< &Prev");
+  LogNextCmd.SetCaption("Ne&xt >");
+  LogLastCmd.SetCaption("&Last >|");
   RACcmd.SetCaption("Callbook");
   PlotLogCmd.SetCaption("Plot");
   ReportLogCmd.SetCaption("Report");
@@ -96,6 +97,7 @@ VellumMain::VellumMain(Application& app)
   SaveImportErrorsCheck.SetCaption("Save import errors");
   ImportDuplicateCheckbox.SetCaption("Ignore duplicates");
   WireControls();
+  WireFields();
 }
 
 void VellumMain::WireControls() {
@@ -129,6 +131,43 @@ void VellumMain::WireControls() {
   HelpExportCmd.Click = [this] { app_.common.InvokeHelp("Export.htm"); };
   HelpProgressCmd.Click = [this] { app_.common.InvokeHelp("Progress.htm"); };
   CaptureCmd.Click = [this] { app_.capture.Show(); };
+
+  // The QSO commands. The right button of New, Save and Delete raises no Click: its release
+  // runs the command with the button remembered, and the button is forgotten afterwards so
+  // that a later Alt key runs the left button's command.
+  auto withButton = [this](ui::CommandButton& button, int16_t& remembered, void (VellumMain::*run)()) {
+    button.Click = [this, run] { (this->*run)(); };
+    button.MouseDown = [&remembered](int b, int, float, float) { remembered = static_cast<int16_t>(b); };
+    button.MouseUp = [this, &remembered, run, &button](int b, int, float, float) {
+      if (b != ui::vbRightButton || !button.Enabled()) return;
+      remembered = ui::vbRightButton;
+      (this->*run)();
+      remembered = 0;
+    };
+  };
+  withButton(NewCmd, NewButton, &VellumMain::NewCmd_Click);
+  withButton(SaveCmd, SaveButton, &VellumMain::SaveCmd_Click);
+  withButton(DeleteCmd, DeleteButton, &VellumMain::DeleteCmd_click);
+  RevertCmd.Click = [this] { RevertCmd_click(); };
+  ConfirmCmd.Click = [this] { ConfirmCmd_Click(); };
+  VerifyCmd.Click = [this] { VerifyCmd_Click(); };
+  LogFirstCmd.Click = [this] { LogFirstCmd_Click(); };
+  LogPrevCmd.Click = [this] { LogPrevCmd_Click(); };
+  LogNextCmd.Click = [this] { LogNextCmd_Click(); };
+  LogLastCmd.Click = [this] { LogLastCmd_Click(); };
+  LogGrid.RowColChange = [this](const db::BookmarkValue& lastRow, int lastCol) {
+    LogGrid_RowColChange(lastRow, lastCol);
+  };
+  // The Log Page Display: the rows of LogPosition, in the layout's columns, whose widths are
+  // kept as the user sizes or moves them.
+  LogGrid.SetDataSource(&LogPosition);
+  LogGrid.ColMove = [this](int, int) { app_.module.SaveLogGridColumnWidths(); };
+  LogGrid.ColResize = [this](int) { app_.module.SaveLogGridColumnWidths(); };
+  LogGrid.FormatError = [this](int colIndex, const std::string& text) {
+    app_.module.LogGridFormatError(colIndex, text);
+  };
+  // The panel shows the row moved to: whatever was typed into the one left is dropped.
+  LogPosition.Reposition = [this] { app_.module.SetModified(false); };
 }
 
 // The program's start-up, steps 0 to 22. A failure ends the load at its step, reported with
@@ -465,7 +504,12 @@ void VellumMain::ClearFieldErrors() {
 void VellumMain::SetFieldEnable(bool enable) {
   fieldsEnabled_ = enable;
   for (int i = 0; i < kFieldCount; ++i) {
-    Fieldbox(i).SetEnabled(enable);
+    if (app_.module.FieldIsCombo(i)) {
+      Fieldcombo(i).SetEnabled(enable);
+    } else {
+      Fieldbox(i).SetEnabled(enable);
+    }
+    if (DateBox.Exists(i)) DateBox(i).SetEnabled(enable);
     FieldLabel(i).SetEnabled(enable);
   }
   DeleteCmd.SetEnabled(enable);

@@ -33,7 +33,12 @@ class VellumMain : public ui::Form {
   ui::Frame QSOFrame{"QSOFrame"};
   ui::ControlArray<ui::Frame> LogFrame{"LogFrame", 4};  // "Aux", "QSL", "Awards", "Contest"
   ui::ControlArray<ui::CheckBox> LogFrameSelect{"LogFrameSelect", 4};
+  // The QSO panel. Every slot has a Fieldbox bound to its column of the current row; a slot
+  // with a list shows a Fieldcombo instead and a date slot a DateBox, and the Fieldbox behind
+  // them holds the value.
   ui::ControlArray<ui::TextBox> Fieldbox{"Fieldbox", kFieldCount};
+  ui::ControlArray<ui::ComboBox> Fieldcombo{"Fieldcombo", {0, 2, 5, 8, 9, 15, 22, 31, 33}};
+  ui::ControlArray<ui::TextBox> DateBox{"DateBox", {16, 17, 19, 20}};
   ui::ControlArray<ui::Label> FieldLabel{"FieldLabel", kFieldCount};
   ui::Grid LogGrid{"LogGrid"};
   ui::Frame SortFrame{"SortFrame"};
@@ -89,7 +94,13 @@ class VellumMain : public ui::Form {
   int16_t QSOFrameHeight = 0;       // design height of QSOFrame, twips
   int32_t LastWidth = 0;            // the width restored at load, twips
   std::array<bool, kFieldCount> FieldInError{};  // the field's label blinks
-  std::array<bool, kFieldCount> FieldChanged{};  // edited since it was shown
+  // The user changed the value through its combo or date box: the echo of that change in
+  // Fieldbox_Change is ignored once.
+  std::array<bool, kFieldCount> FieldChanged{};
+  // The program moved the combo itself: the Fieldcombo_Click that results is ignored once.
+  std::array<bool, kFieldCount> ComboEchoIgnored{};
+  // The mouse button of the last MouseDown on NewCmd, SaveCmd and DeleteCmd (2: the right).
+  int16_t NewButton = 0, SaveButton = 0, DeleteButton = 0;
   bool BlinkPhase = false;          // phase of the ErrorTimer blink
   db::Recordset DXCCDynaset;        // the form's reference to the DXCC dynaset
   int LoadStep = -1;                // the start-up step reached (reported on a failure)
@@ -125,9 +136,65 @@ class VellumMain : public ui::Form {
   void SetFieldEnable(bool enable);
   bool FieldsEnabled() const { return fieldsEnabled_; }
 
+  // The life of the QSO in hand: new, save, revert, delete, confirm, verify, moves.
+  void SetQSOStartTime();
+  void SetQSOEndTime();
+  void DefaultQSOEndTime();
+  void InitializeQSO();
+  void NewCmd_Click();
+  void SaveCmd_Click();
+  void RevertCmd_click();
+  void DeleteCmd_click();
+  void ConfirmCmd_Click();
+  void VerifyCmd_Click();
+  void LogFirstCmd_Click();
+  void LogPrevCmd_Click();
+  void LogNextCmd_Click();
+  void LogLastCmd_Click();
+  void LogGrid_RowColChange(const db::BookmarkValue& lastRow, int lastCol);
+  void LogGrid_AfterUpdate();
+  // Whether a card just received is worth sending to the DXCC desk for verification.
+  bool VerificationNeeded();
+
+  // How the slots react to the operator, and what makes a QSO valid.
+  bool FieldErrors() const;
+  bool ValidField(int index);
+  bool ValidFields();
+  void Fieldbox_KeyDown(int index, int& keyCode, int shift);
+  void Fieldbox_KeyPress(int index, int& keyAscii);
+  void Fieldbox_KeyUp(int index, int& keyCode, int shift);
+  void Fieldbox_Change(int index);
+  void Fieldcombo_Click(int index);
+  void fieldbox_DblClick(int index);
+  // Something dropped on a slot: `text` is the data's text, null when it has none. `effect`
+  // tells the source what happened: 1 copied, 0 refused.
+  void Fieldbox_OLEDragDrop(int index, const std::string* text, int& effect);
+  void DateBox_KeyDown(int index, int& keyCode, int shift);
+  void DateBox_KeyUp(int index, int& keyCode, int shift);
+  void DateBox_Change(int index);
+  void DateBox_DblClick(int index);
+
  private:
   void WireControls();
+  void WireFields();
   void BeginStep(int step);
+  // The recordset of the Log Page Display, and whether it has rows.
+  db::Recordset& Log() { return LogPosition.Recordset(); }
+  bool LogHasRows();
+  // The panel written into the row (Edit or AddNew open), then the row stored.
+  void UpdateLogRow();
+  // Empties every slot for a new QSO; `checkListSize` leaves a combo with no items alone.
+  void ClearFieldsForNewQSO(bool checkListSize);
+  // Adds the empty row of a new QSO, writes it at once and stands on it in Edit.
+  void BeginNewRow(bool checkListSize);
+  // Counts the row into the award progress; the Check Progress grid follows its entity.
+  void CountIntoProgress();
+  // The end time when it is missing, then validation; false when the command must stop.
+  bool PendingEndTimeAndValidation();
+  void EndCommand();
+  void FocusCallsign();
+  void MoveComboQuietly(int index, int listIndex);
+  std::string DateTimeFormat() const;
   Application& app_;
   bool fieldsEnabled_ = false;
 };

@@ -83,9 +83,12 @@ void VellumModule::Initialize() {
   main.FilterFrame.SetCaption("Filter: None");
   app_.bands.InitializeBandArray(app_.DatabasesFolder() + "/Bands.txt");
   LogGridRows = static_cast<int16_t>(SettingInt(app_.GetSetting("Configuration", "LogGridRows", "4"), 4));
+  InitializeCombos();
+  InitializeFields();
   app_.dxcc.OpenDXCCDatabase();
+  ComboList panel(main.Fieldcombo(2));
   ComboList capture(app_.capture.DXCC);
-  app_.dxcc.InitializeDXCCCombo({&capture});
+  app_.dxcc.InitializeDXCCCombo({&panel, &capture});
   app_.common.errorLog().SetErrorLogPresent(false);
   app_.dxcc.SetSuppressLookup(false);
   InteropCaption.clear();
@@ -207,14 +210,17 @@ void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {
     main.LogPosition.RecordSource = "QSOs";
     main.LogPosition.SetRecordset(LogView);
 
-    state = 15;  // the grid's layout and the remembered field values come with the Log page
+    state = 15;
+    InitializeLogLayout();
+    FormatLogGrid();
 
     state = 16;
+    InitializePrevFieldValues();
     long rows = 0;
     IgnoringErrors([&] { rows = main.LogPosition.Recordset().RecordCount(); });
     if (rows == 0) {
       main.SetFieldEnable(false);
-      (void)beginNewQSO;  // a new QSO is begun here once QSO editing exists
+      if (beginNewQSO) main.NewCmd_Click();
     } else {
       main.SetFieldEnable(true);
       IgnoringErrors([&] {
@@ -253,6 +259,8 @@ bool VellumModule::AddMissingFieldDefinitions() {
 void VellumModule::CloseLog() {
   VellumMain& main = app_.main;
   if (LogIsOpen) {
+    IgnoringErrors([&] { SaveLogOrder(); });
+    IgnoringErrors([&] { SavePrevFieldValues(); });
     IgnoringErrors([&] { main.SetFieldEnable(false); });
     IgnoringErrors([&] { main.LogPosition.Recordset().Close(); });
     IgnoringErrors([&] { LogRecordset.Close(); });

@@ -10,6 +10,9 @@
 #include <cstdint>
 #include <string>
 
+#include <array>
+
+#include "logstore/field_table.h"
 #include "platform/db/database.h"
 
 namespace vellumar {
@@ -38,12 +41,32 @@ class VellumModule {
   std::string GetLogFilter() const;
   bool LogFiltered() const { return LogFilteredFlag; }
 
+  // The QSO's field slots: which have a list, the size and name of their columns in the open
+  // log, and the defaults a new QSO is given. An index outside 0..34 raises 9.
+  void InitializeCombos();
+  void InitializeFields() {}  // the place in the start-up order for field set-up
+  bool FieldIsCombo(int index) const;
+  int FieldWidth(int index) const;
+  std::string FieldName(int index) const;
+  static std::string FieldValue(const db::Recordset& recordset, int index);
+  // Fills an empty slot, cut to the column's size (1024 for the address); a slot that holds a
+  // value keeps it.
+  void InitializeField(int index, const std::string& value);
+  void InitializePrevFieldValues();
+  void SavePrevFieldValues();
+  void SetPrevFieldValue(int index, const std::string& value) {
+    PrevFields.SetPrevFieldValue(index, value);
+  }
+  std::string GetPrevFieldValue(int index) const { return PrevFields.GetPrevFieldValue(index); }
+  logstore::PrevFieldValues PrevFields;  // what the next new QSO is given
+
   // The state, as other windows and modules read it.
   bool LogIsOpen = false;          // a log database is open
   bool RecordIsModified = false;   // the QSO on the Log page differs from its row
   bool RecomputeRunning = false;   // a progress recompute is under way
   bool LogFilteredFlag = false;    // the Log Page Display is filtered
   std::string InteropCaption;      // " [" + name + "]" or empty
+  double QSOStartTime = 0;         // the last start time SetQSOStartTime gave, UTC
   int16_t LogGridRows = 4;         // rows of the Log Page Display
   db::Database LogDatabase;        // the open log
   db::Workspace LogWorkspace;      // the default workspace
@@ -53,8 +76,38 @@ class VellumModule {
   db::Recordset LogView;           // the sorted, filtered view shown by LogPosition
   db::Recordset QTHRecordset;      // table QTHs, shown by QTHPosition
 
+  // ---- The Log Page Display's layout (vellum_module_layout.cpp) ----
+  // The layout table is the array of VellumSetup's LogLayout grid: one row per column of
+  // LogGrid, holding the field's name, the caption and the alignment ("Left", "Center" or
+  // "Right"). Section "LogGrid" of the settings keeps the table (FieldName, FieldCaption,
+  // FieldAlignment + row; an empty FieldName ends it) and LogGrid's column order and widths
+  // (FieldOrder, LogColumnWidth + column). Failures are reported as "VellumModule." + the
+  // procedure, with ", State = " + the state reached for the two that keep one.
+  void InitializeLogLayout();
+  void InitializeColumn(int column, int fieldIndex, const std::string& caption,
+                        const std::string& alignment);
+  void FormatLogGrid();
+  void RefreshLogGrid();
+  // "LEFT", "RIGHT" or "CENTER" in any case; anything else aligns right.
+  void SetColumnAlignment(int column, const std::string& alignment);
+  void HideLayoutColumn(int row);
+  void ChangeLayoutColumn(int row, int column);
+  void UpdateLayout(int row, int column, const std::string& value);
+  void SaveLogLayoutRow(int row);
+  void SaveLogLayout();
+  void SaveLogOrder();
+  void SaveLogGridColumnWidths();
+  void SaveLogLayoutGridColumnWidths();
+  // The last row of the table that names a field; -1 for an empty table.
+  int LogLayoutUpperBound() const;
+  // LogGrid could not format a cell with its column's format.
+  void LogGridFormatError(int colIndex, const std::string& text);
+  // ---- end of the layout ----
+
  private:
   bool AddMissingFieldDefinitions();
+  static void CheckFieldIndex(int index);
+  std::array<bool, logstore::kQSOFieldCount> fieldCombo_{};  // the slot has a Fieldcombo
   Application& app_;
   bool started_ = false;  // Initialize has run
 };

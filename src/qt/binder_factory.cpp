@@ -5,6 +5,7 @@
 
 #include "platform/ui/data_control.h"
 #include "platform/ui/grid.h"
+#include "qt/array_grid_binder.h"
 #include "qt/conversions.h"
 #include "qt/grid_binder.h"
 #include "qt/list_binders.h"
@@ -37,8 +38,11 @@ std::unique_ptr<ControlBinder> MakeBinder(ui::Control& control, QWidget* parent)
     return std::make_unique<ComboBoxBinder>(*c, Named(new QComboBox(parent), control));
   if (auto* c = dynamic_cast<ui::TextBox*>(&control))
     return std::make_unique<TextBoxBinder>(*c, Named(new QLineEdit(parent), control));
-  if (auto* c = dynamic_cast<ui::Grid*>(&control))
+  if (auto* c = dynamic_cast<ui::Grid*>(&control)) {
+    if (c->DataMode() == ui::Grid::kArrayData)
+      return std::make_unique<ArrayGridBinder>(*c, Named(new QTableView(parent), control));
     return std::make_unique<GridBinder>(*c, Named(new QTableView(parent), control));
+  }
   if (auto* c = dynamic_cast<ui::TabStrip*>(&control)) {
     auto* tabs = Named(new QTabWidget(parent), control);
     tabs->setUsesScrollButtons(false);  // every tab in sight: the window is as wide as they need

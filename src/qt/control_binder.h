@@ -35,6 +35,8 @@ class ControlBinder : public QObject, public ui::ControlObserver {
   // Shows one property in the widget. The base shows those every control has.
   virtual void Show(ui::Property property);
   bool Updating() const { return updating_ > 0; }
+  // The model still exists (it may go before its widget).
+  bool ControlAlive() const { return controlAlive_; }
   // Marks a stretch in which the binder writes to the widget.
   class WidgetUpdate {
    public:

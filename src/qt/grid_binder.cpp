@@ -1,8 +1,12 @@
 #include "qt/grid_binder.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <algorithm>
+#include <numeric>
+#include <vector>
 
 #include "platform/vb/error.h"
 #include "qt/conversions.h"
@@ -29,16 +33,32 @@ GridBinder::GridBinder(ui::Grid& grid, QTableView* view)
             if (column < 0) return;
             Forward([this, column, newSize] {
               grid_.Columns()[static_cast<size_t>(column)].Width = TwipsFromPixels(newSize);
-              ui::Raise(grid_.ColResize, column);
             });
+            // A drag of the header resizes many times; the program hears once, at the end.
+            resizing_.insert(column);
+            if (!(QApplication::mouseButtons() & Qt::LeftButton)) EndColumnResize();
           });
+  view->horizontalHeader()->viewport()->installEventFilter(this);
   connect(view->horizontalHeader(), &QHeaderView::sectionMoved, this,
-          [this](int logical, int, int newVisual) {
+          [this, view](int logical, int, int newVisual) {
             if (Updating()) return;
             const int column = model_->GridColumnOf(logical);
-            if (column >= 0)
-              Forward([this, column, newVisual] { ui::Raise(grid_.ColMove, column, newVisual); });
+            if (column < 0) return;
+            Forward([this, view, column, newVisual] {
+              // Every shown column takes its new place, as the header shows it.
+              QHeaderView* header = view->horizontalHeader();
+              for (int section = 0; section < model_->columnCount(); ++section) {
+                const int c = model_->GridColumnOf(section);
+                if (c >= 0)
+                  grid_.Columns()[static_cast<size_t>(c)].Order = header->visualIndex(section);
+              }
+              ui::Raise(grid_.ColMove, column, newVisual);
+            });
           });
+  model_->SetFormatter([this](int column, const vb::Variant& value) {
+    // The grid formats, so that a value its format can't take reaches the program.
+    return ControlAlive() ? grid_.FormatCell(column, value) : value.ToStringOrEmpty();
+  });
   grid.SetRowHeight(TwipsFromPixels(view->verticalHeader()->defaultSectionSize()));
   ForwardMouse(false);
   ShowAll();
@@ -50,9 +70,19 @@ GridBinder::~GridBinder() {
 
 QWidget* GridBinder::InputWidget() const { return static_cast<QTableView*>(widget())->viewport(); }
 
+void GridBinder::EndColumnResize() {
+  const std::set<int> columns = std::move(resizing_);
+  resizing_.clear();
+  for (int column : columns) Forward([this, column] { ui::Raise(grid_.ColResize, column); });
+}
+
 bool GridBinder::eventFilter(QObject* watched, QEvent* event) {
   if (watched == widget() && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
     TellGeometry();
+  auto* view = static_cast<QTableView*>(widget());
+  if (view != nullptr && watched == view->horizontalHeader()->viewport() &&
+      event->type() == QEvent::MouseButtonRelease && !resizing_.empty())
+    EndColumnResize();
   return ControlBinder::eventFilter(watched, event);
 }
 
@@ -80,6 +110,19 @@ void GridBinder::ShowColumns() {
     const int width = grid_.Columns()[static_cast<size_t>(model_->GridColumnOf(c))].Width;
     if (width > 0) view->setColumnWidth(c, PixelsFromTwips(width));
   }
+  QHeaderView* header = view->horizontalHeader();
+  header->setSectionsMovable(grid_.AllowColMove());
+  header->setSectionResizeMode(grid_.AllowColResize() ? QHeaderView::Interactive
+                                                      : QHeaderView::Fixed);
+  // The columns in their places: by Order, the index breaking ties.
+  std::vector<int> sections(static_cast<size_t>(model_->columnCount()));
+  std::iota(sections.begin(), sections.end(), 0);
+  std::stable_sort(sections.begin(), sections.end(), [this](int a, int b) {
+    return ui::DisplayOrder(grid_.Columns(), model_->GridColumnOf(a)) <
+           ui::DisplayOrder(grid_.Columns(), model_->GridColumnOf(b));
+  });
+  for (int place = 0; place < static_cast<int>(sections.size()); ++place)
+    header->moveSection(header->visualIndex(sections[static_cast<size_t>(place)]), place);
   ShowCurrentRow();
 }
 

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QFontMetrics>
 #include <QInputDialog>
 #include <QProcess>
 #include <QPushButton>
@@ -171,6 +172,13 @@ ui::ScreenSize QtDesktop::Screen() const {
   const QScreen* screen = QGuiApplication::primaryScreen();
   if (screen == nullptr) return {};
   return {screen->size().width(), screen->size().height()};
+}
+
+int QtDesktop::TextWidth(const ui::Font& font, const std::string& text) const {
+  // The models' default font stands for the desktop's own, as in the widgets.
+  const QFont base = QApplication::font();
+  const QFont drawn = font == ui::Font{} ? base : ToQFont(font, base);
+  return TwipsFromPixels(QFontMetrics(drawn).horizontalAdvance(ToQString(text)));
 }
 
 std::string XdgDefaultApplication(const std::string& file) {

@@ -36,6 +36,8 @@ class QtDesktop final : public ui::Desktop {
                    const std::string& parameters, const std::string& directory, int show) override;
   void OpenWith(const std::string& file) override;
   ui::ScreenSize Screen() const override;
+  // Measured with the font's metrics on this screen.
+  int TextWidth(const ui::Font& font, const std::string& text) const override;
 
   // The MIME type's default application, as the freedesktop database names it ("" for none).
   // Replaceable so that a test need not depend on the machine's associations.

@@ -78,10 +78,12 @@ int RecordsetTableModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(columns_.size());
 }
 
-QString RecordsetTableModel::CellText(const ui::GridColumn& column) const {
+QString RecordsetTableModel::CellText(size_t index) const {
+  const ui::GridColumn& column = columns_[index];
   if (column.DataField.empty()) return {};
   try {
     const vb::Variant value = reader_.Fields(column.DataField).Value();
+    if (formatter_) return ToQString(formatter_(gridColumn_[index], value));
     if (!column.NumberFormat.empty() && !value.IsNull())
       return ToQString(vb::Format(value, column.NumberFormat));
     return ToQString(value.ToStringOrEmpty());
@@ -111,7 +113,7 @@ const RecordsetTableModel::Row* RecordsetTableModel::Fetch(int row) const {
         } catch (const vb::VbError&) {
         }
         fetched.cells.reserve(columns_.size());
-        for (const ui::GridColumn& column : columns_) fetched.cells.push_back(CellText(column));
+        for (size_t c = 0; c < columns_.size(); ++c) fetched.cells.push_back(CellText(c));
         ++rowsFetched_;
         cache_.emplace(r, std::move(fetched));
       }
@@ -124,8 +126,25 @@ const RecordsetTableModel::Row* RecordsetTableModel::Fetch(int row) const {
   return it == cache_.end() ? nullptr : &it->second;
 }
 
+Qt::Alignment AlignmentFlags(int alignment) {
+  switch (alignment) {
+    case ui::dbgLeft:
+      return Qt::AlignLeft | Qt::AlignVCenter;
+    case ui::dbgCenter:
+      return Qt::AlignHCenter | Qt::AlignVCenter;
+    default:
+      return Qt::AlignRight | Qt::AlignVCenter;
+  }
+}
+
 QVariant RecordsetTableModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || role != Qt::DisplayRole) return {};
+  if (!index.isValid()) return {};
+  if (role == Qt::TextAlignmentRole) {
+    if (index.column() >= static_cast<int>(columns_.size())) return {};
+    return QVariant::fromValue(
+        AlignmentFlags(columns_[static_cast<size_t>(index.column())].Alignment));
+  }
+  if (role != Qt::DisplayRole) return {};
   const Row* row = Fetch(index.row());
   if (row == nullptr || index.column() >= static_cast<int>(row->cells.size())) return {};
   return row->cells[static_cast<size_t>(index.column())];

@@ -6,6 +6,7 @@
 #include <QAbstractTableModel>
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <map>
 #include <vector>
@@ -15,12 +16,20 @@
 
 namespace vellumar::qt {
 
+// Qt's alignment of a cell for a column's ui::ColumnAlignment.
+Qt::Alignment AlignmentFlags(int alignment);
+
 class RecordsetTableModel : public QAbstractTableModel {
  public:
   static constexpr int kFetchWindow = 64;  // rows read at once around the one asked for
   static constexpr int kCacheLimit = 512;  // rows kept; beyond it the cache starts afresh
 
   explicit RecordsetTableModel(QObject* parent = nullptr) : QAbstractTableModel(parent) {}
+
+  // The text of a cell from its value, by the column's index in the grid's Columns(); a model
+  // without one formats with the column's NumberFormat.
+  using CellFormatter = std::function<std::string(int gridColumn, const vb::Variant& value)>;
+  void SetFormatter(CellFormatter formatter) { formatter_ = std::move(formatter); }
 
   // Shows the rows of `recordset` (not moved: a clone is read) in the given columns; the hidden
   // columns are left out.
@@ -54,7 +63,7 @@ class RecordsetTableModel : public QAbstractTableModel {
   const Row* Fetch(int row) const;
   db::Recordset Reader() const;
   int CountRows() const;
-  QString CellText(const ui::GridColumn& column) const;
+  QString CellText(size_t column) const;
 
   db::Recordset source_;                 // the shown recordset; never moved here
   mutable db::Recordset reader_;         // a clone of it, moved to read rows
@@ -63,6 +72,7 @@ class RecordsetTableModel : public QAbstractTableModel {
   int rowCount_ = 0;
   mutable std::map<int, Row> cache_;  // by row number
   mutable std::int64_t rowsFetched_ = 0;
+  CellFormatter formatter_;
 };
 
 }  // namespace vellumar::qt

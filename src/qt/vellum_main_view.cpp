@@ -63,7 +63,18 @@ QWidget* VellumMainView::FieldPanel(ui::Control& frame, const std::vector<int>& 
     const int row = static_cast<int>(n) / pairsPerRow;
     const int column = 2 * (static_cast<int>(n) % pairsPerRow);
     auto* label = WidgetAs<QLabel>(main_.FieldLabel(slot), box);
-    auto* edit = WidgetAs<QLineEdit>(main_.Fieldbox(slot), box);
+    // A slot with a list shows its combo, a date slot its date box; the box behind them holds
+    // the value and stays hidden.
+    QWidget* edit = nullptr;
+    if (main_.Fieldcombo.Exists(slot)) {
+      Widget(main_.Fieldbox(slot), box);
+      edit = Widget(main_.Fieldcombo(slot), box);
+    } else if (main_.DateBox.Exists(slot)) {
+      Widget(main_.Fieldbox(slot), box);
+      edit = Widget(main_.DateBox(slot), box);
+    } else {
+      edit = Widget(main_.Fieldbox(slot), box);
+    }
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     label->setBuddy(edit);
     // A blinking label keeps its place, so the panel doesn't jump.
@@ -101,9 +112,7 @@ QWidget* VellumMainView::BuildLogPage(QWidget* page) {
   foot->addWidget(filter, 1);
   for (ui::CommandButton* move :
        {&main_.LogFirstCmd, &main_.LogPrevCmd, &main_.LogNextCmd, &main_.LogLastCmd}) {
-    QWidget* w = Widget(*move, page);
-    w->setMaximumWidth(48);
-    foot->addWidget(w);
+    foot->addWidget(Widget(*move, page));
   }
   foot->addSpacing(12);
   for (int i = 0; i < 4; ++i) foot->addWidget(Widget(main_.LogFrameSelect(i), page));

@@ -24,6 +24,7 @@ void TextBox::SetText(const std::string& text) {
   selStart_ = std::min<int>(selStart_, static_cast<int>(text_.size()));
   selLength_ = 0;
   if (!changed) return;
+  DataChanged = true;  // a bound box writes what the program put in it too
   Notify(Property::Text);
   Raise(Change);
 }

@@ -45,7 +45,7 @@ class TextBox : public InputControl {
   int MaxLength() const { return maxLength_; }  // 0: no limit
   void SetMaxLength(int v) { maxLength_ = v; }
   std::string DataField;     // column of the data control's row this box shows
-  bool DataChanged = false;  // the user edited the text since the data control filled it
+  bool DataChanged = false;  // the text changed since the data control filled the box
 
   std::function<void()> Change;
 

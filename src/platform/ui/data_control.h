@@ -40,6 +40,9 @@ class DataControl : public Control {
   void MoveNext();
   void MovePrevious();
   void GoTo(const db::BookmarkValue& bookmark);
+  // The program moved the recordset itself (a FindFirst, an AddNew's return): the bound boxes
+  // and the views follow, as after one of the moves above.
+  void Repositioned() { AfterMove(); }
 
   std::function<void()> Reposition;
   // Tells the views (a grid over the rows) that the set of rows changed.

@@ -4,6 +4,8 @@
 // program; tests answer from a script.
 #include <string>
 
+#include "platform/ui/control.h"
+
 namespace vellumar::ui {
 
 // Buttons, icon and default button of a message box, numbered as the runtime numbers them;
@@ -59,6 +61,11 @@ struct ScreenSize {
   int height = 1080;  // pixels
 };
 
+// A text's width in twips from fixed proportions of the font's size: narrow characters (blank,
+// "i", "l", punctuation) 0.3 of an em, wide ones ("M", "W", "m", "w", "@") 0.9, others 0.55;
+// bold adds a tenth. An em is the size in points times 20 twips.
+int ApproximateTextWidth(const Font& font, const std::string& text);
+
 class Desktop {
  public:
   virtual ~Desktop() = default;
@@ -80,6 +87,11 @@ class Desktop {
   virtual void OpenWith(const std::string& file) = 0;
   // The screen's size; a desktop without a screen answers a common one.
   virtual ScreenSize Screen() const { return {}; }
+  // The width of `text` drawn in `font`, in twips. A desktop without a screen measures with
+  // fixed character widths (ApproximateTextWidth), so that layouts come out alike everywhere.
+  virtual int TextWidth(const Font& font, const std::string& text) const {
+    return ApproximateTextWidth(font, text);
+  }
 };
 
 }  // namespace vellumar::ui

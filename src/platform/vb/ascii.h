@@ -13,6 +13,14 @@ inline std::string LowerAscii(const std::string& text) {
   return out;
 }
 
+inline char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
+
+inline std::string UpperAscii(const std::string& text) {
+  std::string out = text;
+  for (char& c : out) c = UpperAscii(c);
+  return out;
+}
+
 inline bool EqualsIgnoreCase(const std::string& a, const std::string& b) {
   return LowerAscii(a) == LowerAscii(b);
 }

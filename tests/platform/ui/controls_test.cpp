@@ -81,7 +81,8 @@ TEST(TextBox, ProgrammaticTextChangeRaisesChangeAndTellsTheView) {
   EXPECT_EQ(changes, 1);
   ASSERT_EQ(r.seen.size(), 1u);
   EXPECT_EQ(r.seen[0], Property::Text);
-  EXPECT_FALSE(box.DataChanged);  // only the user's edits mark the box changed
+  // A bound box writes what the program put in it as well as the user's typing.
+  EXPECT_TRUE(box.DataChanged);
 }
 
 TEST(TextBox, BackspaceDeleteAndSelection) {
@@ -134,6 +135,25 @@ TEST(ControlArray, HandlersTakeTheIndexFirst) {
   EXPECT_EQ(boxes.UBound(), 34);
   EXPECT_EQ(boxes(7).Name(), "Fieldbox");
   EXPECT_EQ(boxes(7).Index(), 7);
+}
+
+TEST(ControlArray, AnArrayWithGapsHasOnlyItsListedElements) {
+  ControlArray<TextBox> dates("DateBox", {16, 17, 19, 20});
+  EXPECT_EQ(dates.Count(), 4);
+  EXPECT_EQ(dates.LBound(), 16);
+  EXPECT_EQ(dates.UBound(), 20);
+  EXPECT_TRUE(dates.Exists(19));
+  EXPECT_FALSE(dates.Exists(18));
+  EXPECT_EQ(dates(19).Index(), 19);
+  try {
+    dates(18);
+    FAIL() << "a missing element was handed out";
+  } catch (const vellumar::vb::VbError& e) {
+    EXPECT_EQ(e.number(), 340);
+  }
+  std::vector<int> seen;
+  for (auto& d : dates) seen.push_back(d->Index());
+  EXPECT_EQ(seen, (std::vector<int>{16, 17, 19, 20}));
 }
 
 TEST(CommandButton, RightButtonGivesMouseEventsButNoClick) {

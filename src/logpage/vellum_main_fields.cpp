@@ -1,0 +1,430 @@
+// How the QSO panel's slots react to the operator: keys, changes, list choices, double clicks
+// and drops, the lookups and defaults they start, and what makes a QSO valid.
+#include <optional>
+#include <string>
+
+#include "config/vellum_setup.h"
+#include "frame/error_log.h"
+#include "logstore/schema_tables.h"
+#include "frame/version.h"
+#include "logpage/side_forms.h"
+#include "logpage/vellum_main.h"
+#include "platform/vb/ascii.h"
+#include "platform/vb/convert.h"
+#include "platform/vb/date_value.h"
+#include "platform/vb/error.h"
+#include "platform/vb/format.h"
+#include "platform/vb/text.h"
+#include "program/application.h"
+
+namespace vellumar {
+namespace {
+
+constexpr int kEarliestYear = 1930;  // a QSO or card date before it is a typing error
+constexpr int kKeyCtrlC = 3, kKeyCtrlV = 22;
+
+bool IsDigit(int c) { return c >= '0' && c <= '9'; }
+
+bool IsPhone(const std::string& mode) {
+  const std::string m = vb::UpperAscii(mode);
+  return m == "SSB" || m == "FM" || m == "AM";
+}
+
+// The year of a text that converts to a date; nothing when it doesn't convert.
+std::optional<int> YearOf(const std::string& text) {
+  const std::optional<double> date = vb::ParseDate(text);
+  if (!date) return std::nullopt;
+  return vb::SplitDate(*date).year;
+}
+
+}  // namespace
+
+void VellumMain::WireFields() {
+  for (auto& c : Fieldcombo) Adopt(*c);
+  for (auto& d : DateBox) Adopt(*d);
+  for (auto& combo : Fieldcombo) {
+    // The list is the operator's control; the box behind it holds the value.
+    combo->SetStyle(ui::ComboBox::kDropDownList);
+    combo->SetToolTipText(Fieldbox(combo->Index()).ToolTipText());
+    Fieldbox(combo->Index()).SetVisible(false);
+  }
+  for (auto& date : DateBox) {
+    date->SetToolTipText(Fieldbox(date->Index()).ToolTipText());
+    Fieldbox(date->Index()).SetVisible(false);
+  }
+  for (int i = 0; i < kFieldCount; ++i) {
+    Fieldbox(i).DataField = logstore::kQSOFields[static_cast<size_t>(i)].name;
+    LogPosition.Bind(Fieldbox(i));
+  }
+  Fieldbox.On(&ui::TextBox::KeyDown,
+              [this](int i, int& key, int shift) { Fieldbox_KeyDown(i, key, shift); });
+  Fieldbox.On(&ui::TextBox::KeyPress, [this](int i, int& ascii) { Fieldbox_KeyPress(i, ascii); });
+  Fieldbox.On(&ui::TextBox::KeyUp,
+              [this](int i, int& key, int shift) { Fieldbox_KeyUp(i, key, shift); });
+  Fieldbox.On(&ui::TextBox::Change, [this](int i) { Fieldbox_Change(i); });
+  Fieldbox.On(&ui::TextBox::DblClick, [this](int i) { fieldbox_DblClick(i); });
+  Fieldcombo.On(&ui::ComboBox::Click, [this](int i) { Fieldcombo_Click(i); });
+  DateBox.On(&ui::TextBox::KeyDown,
+             [this](int i, int& key, int shift) { DateBox_KeyDown(i, key, shift); });
+  DateBox.On(&ui::TextBox::KeyUp, [this](int i, int& key, int shift) { DateBox_KeyUp(i, key, shift); });
+  DateBox.On(&ui::TextBox::Change, [this](int i) { DateBox_Change(i); });
+  DateBox.On(&ui::TextBox::DblClick, [this](int i) { DateBox_DblClick(i); });
+}
+
+// ---- Validation ----
+
+bool VellumMain::FieldErrors() const {
+  for (bool e : FieldInError)
+    if (e) return true;
+  return false;
+}
+
+bool VellumMain::ValidField(int index) {
+  const std::string& text = Fieldbox(index).Text();
+  auto widthRule = [&] {
+    const bool exceeded = static_cast<int>(vb::Len(text)) > app_.module.FieldWidth(index);
+    SetFieldError(index, exceeded);
+    return !exceeded;
+  };
+  switch (index) {
+    case 1:
+      if (text.empty()) {
+        SetFieldError(index, true);
+        return false;
+      }
+      return widthRule();
+    case 19:
+    case 20: {
+      const std::optional<int> year = text.empty() ? std::nullopt : YearOf(text);
+      const bool valid = year && *year >= kEarliestYear;
+      SetFieldError(index, !valid);
+      return valid;
+    }
+    case 16:
+    case 17: {
+      if (text.empty()) {
+        SetFieldError(index, false);
+        return true;
+      }
+      const std::optional<int> year = YearOf(text);
+      if (!year || *year < kEarliestYear) {
+        SetFieldError(index, true);
+        return false;
+      }
+      return widthRule();
+    }
+    case 34:
+      SetFieldError(index, false);
+      return true;
+    default:
+      return widthRule();
+  }
+}
+
+bool VellumMain::ValidFields() {
+  bool valid = true;
+  for (int i = 0; i < kFieldCount; ++i) valid = ValidField(i) && valid;  // every label shows
+  if (!valid) ErrorTimer.SetEnabled(true);
+  return valid;
+}
+
+// ---- Keys ----
+
+void VellumMain::Fieldbox_KeyDown(int index, int& keyCode, int shift) {
+  (void)index;
+  if (shift == ui::vbCtrlMask) {
+    switch (keyCode) {
+      case 'N':
+        NewCmd_Click();
+        return;
+      case 'S':
+        SaveCmd_Click();
+        return;
+      case 'V':
+      case 'X':
+        break;  // a paste or a cut changes the QSO like typing does
+      default:
+        return;
+    }
+  } else {
+    switch (keyCode) {
+      case ui::vbKeyShift:
+        return;
+      case ui::vbKeyPageUp:
+        LogPrevCmd_Click();
+        return;
+      case ui::vbKeyPageDown:
+        LogNextCmd_Click();
+        return;
+      case ui::vbKeyEnd:
+        LogLastCmd_Click();
+        return;
+      case ui::vbKeyHome:
+        LogFirstCmd_Click();
+        return;
+      default:
+        break;
+    }
+  }
+  // Any other key marks the QSO modified, even one that changes nothing.
+  WithFailureTail(app_.common.errorLog(), "VellumMain.Fieldbox_KeyDown", [&] {
+    if (Log().EditMode() == db::dbEditNone && LogHasRows()) Log().Edit();
+    app_.module.SetModified(true);
+  });
+}
+
+void VellumMain::Fieldbox_KeyPress(int index, int& keyAscii) {
+  const bool enter = keyAscii == ui::vbKeyReturn;
+  switch (index) {
+    case 1:
+      if (!enter) {
+        if (keyAscii > 0 && keyAscii < 128) keyAscii = vb::UpperAscii(static_cast<char>(keyAscii));
+        return;
+      }
+      keyAscii = 0;
+      if (!Fieldbox(1).Text().empty()) {
+        // The spot program hears of the station once it is linked.
+        InitializeQSO();
+        if (app_.setup().RunCheck.Value() == 1) NewCmd_Click();
+      }
+      if (!Fieldbox(27).Text().empty() && Fieldbox(29).Enabled()) {
+        Fieldbox(29).SetFocus();
+      } else {
+        Fieldbox(14).SetFocus();
+      }
+      return;
+    case 14:
+      if (enter) Fieldbox(13).SetFocus();
+      return;
+    case 13:
+      if (enter) Fieldbox(6).SetFocus();
+      return;
+    case 6:
+      if (enter) Fieldbox(12).SetFocus();
+      return;
+    case 12:
+      if (enter) Fieldbox(10).SetFocus();
+      return;
+    case 4: {
+      const bool point = keyAscii == '.';
+      if (point && Fieldbox(4).Text().find('.') == std::string::npos) return;
+      if (!point && (IsDigit(keyAscii) || keyAscii == ui::vbKeyBack || keyAscii == kKeyCtrlC ||
+                     keyAscii == kKeyCtrlV))
+        return;
+      keyAscii = 0;
+      return;
+    }
+    case 3:
+      if (IsDigit(keyAscii) || keyAscii == ui::vbKeyBack || keyAscii == kKeyCtrlC ||
+          keyAscii == kKeyCtrlV)
+        return;
+      keyAscii = 0;
+      return;
+    default:
+      return;
+  }
+}
+
+void VellumMain::Fieldbox_KeyUp(int index, int& keyCode, int shift) {
+  (void)keyCode;
+  (void)shift;
+  const std::string text = Fieldbox(index).Text();
+  WithFailureTail(app_.common.errorLog(), "VellumMain.Fieldbox_KeyUp", [&] {
+    if (index == 4) {
+      if (text.empty()) {
+        Fieldbox(0).SetText("");
+        return;
+      }
+      Fieldbox(0).SetText(app_.bands.GetBandNameForFreq(vb::Val(text)));
+    } else if (index == 3) {
+      // The prefix list follows the code typed; the prefix box keeps its value until the
+      // operator picks from the list.
+      if (!app_.common.IsInteger(text)) {
+        MoveComboQuietly(2, Fieldcombo(2).ListCount() > 0 ? 0 : -1);
+      } else {
+        int target = 0;
+        DXCCDynaset.FindFirst("CountryCode = " + text);
+        if (!DXCCDynaset.NoMatch()) {
+          const std::string prefix = DXCCDynaset.Fields("DXCCPrefix").Value().ToStringOrEmpty();
+          ui::ComboBox& combo = Fieldcombo(2);
+          for (int i = 0; i < combo.ListCount(); ++i)
+            if (vb::EqualsIgnoreCase(combo.List(i), prefix)) {
+              target = i;
+              break;
+            }
+        }
+        MoveComboQuietly(2, target);
+      }
+    }
+    app_.module.SetPrevFieldValue(index, text);
+  });
+}
+
+// ---- Changes ----
+
+void VellumMain::MoveComboQuietly(int index, int listIndex) {
+  ComboEchoIgnored[index] = true;
+  Fieldcombo(index).SetListIndex(listIndex);
+  app_.loop.Yield();
+  ComboEchoIgnored[index] = false;
+}
+
+void VellumMain::Fieldbox_Change(int index) {
+  SetFieldError(index, false);
+  const std::string& text = Fieldbox(index).Text();
+  if (index == 8) {
+    const std::string s = vb::UpperAscii(text);
+    ConfirmCmd.SetEnabled(s != "V" && s != "Y");
+    VerifyCmd.SetEnabled(s == "Y");
+  } else if (index == 2) {
+    QSOFrame.SetCaption("QSO: " + app_.dxcc.GetDXCCName(text));
+  }
+  if (FieldChanged[index]) {
+    FieldChanged[index] = false;
+    return;
+  }
+  if (!Fieldcombo.Exists(index)) {
+    if (index == 19 || index == 20) {
+      const std::optional<double> date = vb::ParseDate(text);
+      DateBox(index).SetText(date ? vb::FormatDate(*date, DateTimeFormat()) : text);
+    } else if (index == 16 || index == 17) {
+      const std::optional<double> date = vb::ParseDate(text);
+      DateBox(index).SetText(date ? vb::FormatDate(*date, "ddddd") : text);
+    }
+    return;
+  }
+  // The list's items are compared case-blind, so that a stored "Hell" or "hell" shows its item.
+  ui::ComboBox& combo = Fieldcombo(index);
+  for (int i = 0; i < combo.ListCount(); ++i) {
+    if (vb::EqualsIgnoreCase(combo.List(i), text)) {
+      MoveComboQuietly(index, i);
+      return;
+    }
+  }
+  if (combo.ListCount() > 0) {
+    // The value is in no list: the combo shows its empty item, the box keeps the value.
+    ComboEchoIgnored[index] = true;
+    combo.SetListIndex(0);
+  }
+}
+
+void VellumMain::Fieldcombo_Click(int index) {
+  if (ComboEchoIgnored[index]) {
+    ComboEchoIgnored[index] = false;
+    return;
+  }
+  WithFailureTail(app_.common.errorLog(), "VellumMain.Fieldcombo_Click", [&] {
+    if (Log().EditMode() == db::dbEditNone && LogHasRows()) Log().Edit();
+    app_.module.SetModified(true);
+    FieldChanged[index] = true;
+    ui::ComboBox& combo = Fieldcombo(index);
+    if (index == 8) {
+      const std::string before = vb::UpperAscii(Fieldbox(8).Text());
+      const std::string after = vb::UpperAscii(combo.Text());
+      if (before != "Y" && after == "Y" && Fieldbox(17).Text().empty())
+        Fieldbox(17).SetText(vb::FormatDate(app_.common.utc().CurrentTime(), "ddddd"));
+      if (before != "Y" && before != "V" && after == "Y" && VerificationNeeded())
+        app_.desktop.MsgBox("Send this QSL card to the DXCC desk!", ui::vbOKOnly,
+                            kApplicationTitle);
+    }
+    if (index == 2) {
+      const int i = combo.ListIndex();
+      if (i > -1) {
+        const std::string code = std::to_string(combo.ItemData(i));
+        Fieldbox(3).SetText(code == "0" ? "" : code);
+      }
+    }
+    // The box takes the list's text; its Change knows the echo by FieldChanged.
+    if (Fieldbox(index).Text() == combo.Text()) FieldChanged[index] = false;
+    Fieldbox(index).SetText(combo.Text());
+    app_.module.SetPrevFieldValue(index, combo.Text());
+  });
+}
+
+// ---- Double clicks and drops ----
+
+void VellumMain::fieldbox_DblClick(int index) {
+  switch (index) {
+    case 13:
+    case 14:
+      Fieldbox(index).SetText(IsPhone(Fieldbox(5).Text()) ? "59" : "599");
+      app_.module.SetModified(true);
+      return;
+    case 10:
+    case 34:
+      // Opens the address editor on the field, once that window can edit addresses.
+      return;
+    case 1: {
+      const std::string call = Fieldbox(1).Text();
+      if (call.empty()) return;
+      // The display narrows to the station's QSOs once the log filters exist; the lookup
+      // follows the callsign meanwhile.
+      FilterField.SetText(call);
+      app_.dxcc.Lookup(call);
+      return;
+    }
+    default:
+      return;
+  }
+}
+
+void VellumMain::Fieldbox_OLEDragDrop(int index, const std::string* text, int& effect) {
+  if (index == 34) {
+    if (text == nullptr) {
+      effect = 0;
+      return;
+    }
+    // The address editor's tidying of a dropped address comes with that window.
+    Fieldbox(34).SetText(*text);
+  } else {
+    Fieldbox(index).SetText(text ? *text : std::string());
+  }
+  effect = 1;
+  // A drop changes the QSO as typing does, so that the save writes it.
+  WithFailureTail(app_.common.errorLog(), "VellumMain.Fieldbox_OLEDragDrop", [&] {
+    if (Log().EditMode() == db::dbEditNone && LogHasRows()) Log().Edit();
+    app_.module.SetModified(true);
+  });
+}
+
+// ---- Date boxes ----
+
+void VellumMain::DateBox_KeyDown(int index, int& keyCode, int shift) {
+  (void)index;
+  (void)keyCode;
+  (void)shift;
+  WithFailureTail(app_.common.errorLog(), "VellumMain.DateBox_KeyDown", [&] {
+    if (Log().EditMode() == db::dbEditNone && LogHasRows()) Log().Edit();
+  });
+}
+
+void VellumMain::DateBox_KeyUp(int index, int& keyCode, int shift) {
+  (void)keyCode;
+  (void)shift;
+  app_.module.SetModified(true);
+  FieldChanged[index] = true;
+  if (Fieldbox(index).Text() == DateBox(index).Text()) FieldChanged[index] = false;
+  Fieldbox(index).SetText(DateBox(index).Text());
+}
+
+void VellumMain::DateBox_Change(int index) { SetFieldError(index, false); }
+
+void VellumMain::DateBox_DblClick(int index) {
+  switch (index) {
+    case 19:
+      SetQSOStartTime();
+      return;
+    case 20:
+      if (app_.setup().AutoSetDateTimeCheck.Value() == 1) {
+        SetQSOEndTime();
+      } else {
+        DefaultQSOEndTime();
+      }
+      return;
+    default:
+      Fieldbox(index).SetText(vb::FormatDate(app_.common.utc().CurrentTime(), "ddddd"));
+      return;
+  }
+}
+
+}  // namespace vellumar

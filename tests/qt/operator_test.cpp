@@ -1,0 +1,183 @@
+// An operator logs with the real window on the offscreen platform: keys and clicks go to the
+// widgets, and the log file and the award progress show what they did.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+#include <optional>
+
+#include "config/vellum_setup.h"
+#include "platform/vb/date_locale.h"
+#include "program/application.h"
+#include "qt/program_views.h"
+#include "qt/qt_event_loop.h"
+#include "support/frame_harness.h"
+#include "support/program_harness.h"
+#include "support/scripted_desktop.h"
+#include "support/temp_dir.h"
+
+namespace vellumar::qt {
+namespace {
+
+class OperatorTest : public ::testing::Test {
+ protected:
+  OperatorTest() {
+    desktop_.ExpectInputBox("K1ABC").WithPrompt(test::kFirstRunPrompt);
+    desktop_.ExpectMsgBox(test::kCallbookMissing);
+    app_.emplace(ApplicationPlatform{
+        .common = test::HarnessContext(dir_.Join("data"), clock_, desktop_),
+        .loop = loop_,
+        .settingsRoot = dir_.Join("config"),
+        .installedData = std::string(VELLUMAR_BINARY_DIR) + "/data",
+        .exitProcess = [](int) {},
+    });
+    views_.emplace(*app_);
+    app_->Start();
+    app_->setup().TransmitPower.SetText("100");
+    window()->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window()));
+    // The start-up's last timer moves through the log once; the operator begins after it.
+    for (int i = 0; i < 100 && app_->main.InitTimer.Enabled(); ++i) QTest::qWait(20);
+    EXPECT_FALSE(app_->main.InitTimer.Enabled());
+  }
+  ~OperatorTest() override {
+    views_.reset();
+    app_.reset();
+  }
+
+  QWidget* window() { return views_->main.window(); }
+  template <typename W>
+  W* Find(const std::string& name) {
+    W* w = window()->findChild<W*>(QString::fromStdString(name));
+    EXPECT_NE(w, nullptr) << name;
+    return w;
+  }
+  QLineEdit* Box(int i) { return Find<QLineEdit>("Fieldbox(" + std::to_string(i) + ")"); }
+  std::string Text(int i) { return Box(i)->text().toStdString(); }
+  // Keys go where the focus is, as they do for the operator.
+  QWidget* Focus() {
+    QWidget* w = QApplication::focusWidget();
+    EXPECT_NE(w, nullptr);
+    return w ? w : window();
+  }
+  void Keys(const char* text) { QTest::keyClicks(Focus(), QString::fromUtf8(text)); }
+  void Key(Qt::Key key, Qt::KeyboardModifiers mods = Qt::NoModifier) {
+    QTest::keyClick(Focus(), key, mods);
+  }
+  // Alt+letter, the mnemonic of a command button: Qt's shortcut map delivers it, and the
+  // button clicks once its pressed look has shown.
+  void Alt(Qt::Key key) {
+    QTest::keyClick(window(), key, Qt::AltModifier);
+    QTest::qWait(250);
+  }
+
+  long Rows() {
+    db::Recordset rs = app_->module.LogDatabase.OpenRecordset("QSOs", db::dbOpenDynaset);
+    if (rs.BOF() && rs.EOF_()) return 0;
+    rs.MoveLast();
+    return rs.RecordCount();
+  }
+  std::string Value(const std::string& call, const std::string& field) {
+    db::Recordset rs = app_->module.LogDatabase.OpenRecordset("QSOs", db::dbOpenDynaset);
+    rs.FindFirst("Call = '" + call + "'");
+    return rs.NoMatch() ? "<no QSO>" : rs.Fields(field).Value().ToStringOrEmpty();
+  }
+  std::string Letter(const std::string& code, const std::string& column) {
+    db::Recordset rs = app_->module.LogDatabase.OpenRecordset("Progress", db::dbOpenDynaset);
+    rs.FindFirst("CountryCode = '" + code + "'");
+    return rs.NoMatch() ? "<none>" : rs.Fields(column).Value().ToStringOrEmpty();
+  }
+
+  test::TempDir dir_;
+  ui::VirtualClock clock_{ui::UtcTime{2024, 3, 15, 8, 30, 0, 0}};
+  QtEventLoop loop_;
+  test::ScriptedDesktop desktop_;
+  vb::ScopedDateLocale dateLocale_{vb::DateLocale{}};
+  std::optional<Application> app_;
+  std::optional<ProgramViews> views_;
+};
+
+TEST_F(OperatorTest, LogsTwoQSOsAndDeletesOneFromTheKeyboardAndTheMouse) {
+  // An empty log: Alt+N begins the first QSO, the callsign has the focus.
+  ASSERT_FALSE(Box(1)->isEnabled());
+  Alt(Qt::Key_N);
+  ASSERT_TRUE(Box(1)->isEnabled());
+  ASSERT_EQ(QApplication::focusWidget(), Box(1));
+  Keys("dl1abc");
+  EXPECT_EQ(Text(1), "DL1ABC");
+  Key(Qt::Key_Return);
+  // The panel fills: operator, power, time, entity, zones.
+  EXPECT_EQ(Text(7), "K1ABC");
+  EXPECT_EQ(Text(18), "100");
+  EXPECT_FALSE(Text(19).empty());
+  EXPECT_EQ(Text(2), "DL");
+  EXPECT_EQ(Find<QComboBox>("Fieldcombo(2)")->currentText(), QStringLiteral("DL"));
+  EXPECT_EQ(Text(3), "230");
+  EXPECT_EQ(Text(22), "EU");
+  EXPECT_EQ(Text(24), "14");
+  EXPECT_EQ(Text(23), "28");
+  // The report sent has the focus; a frequency gives the band, the list gives the mode.
+  ASSERT_EQ(QApplication::focusWidget(), Box(14));
+  Keys("579");
+  Key(Qt::Key_Return);
+  Keys("559");
+  Box(4)->setFocus();
+  Keys("14.025");
+  EXPECT_EQ(Text(0), "20M");
+  auto* mode = Find<QComboBox>("Fieldcombo(5)");
+  mode->setFocus();
+  Keys("CW");
+  EXPECT_EQ(mode->currentText(), QStringLiteral("CW"));
+  EXPECT_EQ(Text(5), "CW");
+  EXPECT_TRUE(window()->windowTitle().contains(QStringLiteral("K1ABC.vdb")));
+  Box(6)->setFocus();
+  Keys("Karl");
+  Key(Qt::Key_S, Qt::ControlModifier);
+  // In the file, and counted.
+  EXPECT_EQ(Rows(), 1);
+  EXPECT_EQ(Value("DL1ABC", "RST_Sent"), "579");
+  EXPECT_EQ(Value("DL1ABC", "RST_Rcvd"), "559");
+  EXPECT_EQ(Value("DL1ABC", "Name"), "Karl");
+  EXPECT_EQ(Value("DL1ABC", "Band"), "20M");
+  EXPECT_EQ(Letter("230", "20M"), "W");
+  EXPECT_EQ(Letter("230", "CW"), "W");
+  EXPECT_FALSE(Find<QPushButton>("SaveCmd")->isEnabled());
+
+  // The second QSO, saved with the right button of Save: a third, empty one begins.
+  Alt(Qt::Key_N);
+  ASSERT_EQ(QApplication::focusWidget(), Box(1));
+  Keys("g4xyz");
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Text(4), "14.025");  // the frequency and mode are remembered
+  EXPECT_EQ(Text(5), "CW");
+  Keys("599");
+  QTest::mouseClick(Find<QPushButton>("SaveCmd"), Qt::RightButton);
+  EXPECT_EQ(Value("G4XYZ", "DXCCPrefix"), "G");
+  EXPECT_EQ(Letter("223", "CW"), "W");
+  EXPECT_EQ(Rows(), 3);
+  EXPECT_EQ(Text(1), "");
+  EXPECT_EQ(QApplication::focusWidget(), Box(1));
+  auto* grid = Find<QTableView>("LogGrid");
+  EXPECT_EQ(grid->model()->rowCount(), 3);
+
+  // The empty one goes, after its question.
+  desktop_.ExpectMsgBox("Delete current QSO?", ui::vbYes).WithButtons(ui::vbYesNo);
+  QTest::mouseClick(Find<QPushButton>("DeleteCmd"), Qt::LeftButton);
+  EXPECT_EQ(desktop_.PendingExpectations(), 0u);
+  EXPECT_EQ(Rows(), 2);
+  EXPECT_EQ(Text(1), "G4XYZ");
+  EXPECT_EQ(grid->model()->rowCount(), 2);
+  // And the moves have their keys too.
+  Alt(Qt::Key_I);
+  EXPECT_EQ(Text(1), "DL1ABC");
+  Alt(Qt::Key_L);
+  EXPECT_EQ(Text(1), "G4XYZ");
+}
+
+}  // namespace
+}  // namespace vellumar::qt
