@@ -6,12 +6,57 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QVBoxLayout>
+#include <QDropEvent>
+#include <QMimeData>
+#include <optional>
 #include <array>
 
 #include "qt/conversions.h"
+#include "qt/qt_event_loop.h"
 
 namespace vellumar::qt {
 namespace {
+
+// Text dropped on a slot goes to the form's drop handler, which decides what the slot takes
+// and whether the drop counts as a copy.
+class SlotDropFilter : public QObject {
+ public:
+  SlotDropFilter(VellumMain& main, int index, QObject* parent)
+      : QObject(parent), main_(main), index_(index) {}
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::DragEnter:
+      case QEvent::DragMove: {
+        auto* drag = static_cast<QDropEvent*>(event);
+        drag->setDropAction(Qt::CopyAction);
+        drag->accept();
+        return true;
+      }
+      case QEvent::Drop: {
+        auto* drop = static_cast<QDropEvent*>(event);
+        const std::optional<std::string> text =
+            drop->mimeData()->hasText()
+                ? std::optional<std::string>(ToStdString(drop->mimeData()->text()))
+                : std::nullopt;
+        int effect = 0;
+        RunEvent("a drop on a slot", [&] {
+          main_.Fieldbox_OLEDragDrop(index_, text ? &*text : nullptr, effect);
+        });
+        drop->setDropAction(effect == 1 ? Qt::CopyAction : Qt::IgnoreAction);
+        drop->accept();
+        return true;
+      }
+      default:
+        return QObject::eventFilter(watched, event);
+    }
+  }
+
+ private:
+  VellumMain& main_;
+  int index_;
+};
 
 // The field slots of each panel of the QSO, in the order they are shown. QSOFrame holds what
 // every QSO has; the four LogFrame panels hold what the operator may hide.
@@ -74,6 +119,7 @@ QWidget* VellumMainView::FieldPanel(ui::Control& frame, const std::vector<int>& 
       edit = Widget(main_.DateBox(slot), box);
     } else {
       edit = Widget(main_.Fieldbox(slot), box);
+      edit->installEventFilter(new SlotDropFilter(main_, slot, edit));
     }
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     label->setBuddy(edit);

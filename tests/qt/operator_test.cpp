@@ -6,6 +6,8 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QMimeData>
+#include <QDropEvent>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
@@ -177,6 +179,28 @@ TEST_F(OperatorTest, LogsTwoQSOsAndDeletesOneFromTheKeyboardAndTheMouse) {
   EXPECT_EQ(Text(1), "DL1ABC");
   Alt(Qt::Key_L);
   EXPECT_EQ(Text(1), "G4XYZ");
+}
+
+TEST_F(OperatorTest, TextDroppedOnASlotChangesTheQSO) {
+  Alt(Qt::Key_N);
+  Keys("g4xyz");
+  Key(Qt::Key_Return);
+  Key(Qt::Key_S, Qt::ControlModifier);
+  ASSERT_FALSE(app_->module.RecordModified());
+  QMimeData data;
+  data.setText(QStringLiteral("Nigel"));
+  QLineEdit* name = Box(6);
+  const QPoint at = name->rect().center();
+  QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(name, &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(QPointF(at), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(name, &drop);
+  EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
+  EXPECT_EQ(Text(6), "Nigel");
+  EXPECT_TRUE(app_->module.RecordModified());
+  Key(Qt::Key_S, Qt::ControlModifier);
+  EXPECT_EQ(Value("G4XYZ", "Name"), "Nigel");
 }
 
 }  // namespace
