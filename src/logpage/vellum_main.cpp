@@ -81,8 +81,8 @@ VellumMain::VellumMain(Application& app)
   CaptureCmd.SetCaption("Capture");
   ConfigLogCmd.SetCaption("Config");
   StopAddCmd.SetCaption("Stop");
-  for (ui::CommandButton* help : {&HelpLogCmd, &HelpQSLCmd, &HelpProgressCmd, &HelpQTHCmd,
-                                  &HelpImportCmd, &HelpExportCmd})
+  for (ui::CommandButton* help :
+       {&HelpLogCmd, &HelpQSLCmd, &HelpProgressCmd, &HelpQTHCmd, &HelpImportCmd, &HelpExportCmd})
     help->SetCaption("Help");
   GenerateRequestedCmd.SetCaption("Add Requested");
   ProcessPrintedCmd.SetCaption("Update Log");
@@ -101,16 +101,53 @@ VellumMain::VellumMain(Application& app)
 }
 
 void VellumMain::WireControls() {
-  for (ui::Control* c : std::initializer_list<ui::Control*>{
-           &TabbedDialog, &QSOFrame, &LogGrid, &SortFrame, &FilterFrame, &FilterField,
-           &LogPosition, &NewCmd, &SaveCmd, &RevertCmd, &DeleteCmd, &ConfirmCmd, &VerifyCmd,
-           &LogFirstCmd, &LogPrevCmd, &LogNextCmd, &LogLastCmd, &RACcmd, &PlotLogCmd,
-           &ReportLogCmd, &CaptureCmd, &ConfigLogCmd, &HelpLogCmd, &StopAddCmd, &QSLPosition,
-           &QSLGrid, &GenerateRequestedCmd, &ProcessPrintedCmd, &HelpQSLCmd, &ProgressPosition,
-           &ProgressGrid, &SummaryCmd, &ReComputeCmd, &HelpProgressCmd, &QTHPosition, &QTHGrid,
-           &HelpQTHCmd, &ImportCmd, &ExportCmd, &HelpImportCmd, &HelpExportCmd,
-           &LoggerImportButton, &MMTTYImportButton, &DXBaseExportButton,
-           &DefaultCallsignCheckbox, &SaveImportErrorsCheck, &ImportDuplicateCheckbox})
+  for (ui::Control* c : std::initializer_list<ui::Control*>{&TabbedDialog,
+                                                            &QSOFrame,
+                                                            &LogGrid,
+                                                            &SortFrame,
+                                                            &FilterFrame,
+                                                            &FilterField,
+                                                            &LogPosition,
+                                                            &NewCmd,
+                                                            &SaveCmd,
+                                                            &RevertCmd,
+                                                            &DeleteCmd,
+                                                            &ConfirmCmd,
+                                                            &VerifyCmd,
+                                                            &LogFirstCmd,
+                                                            &LogPrevCmd,
+                                                            &LogNextCmd,
+                                                            &LogLastCmd,
+                                                            &RACcmd,
+                                                            &PlotLogCmd,
+                                                            &ReportLogCmd,
+                                                            &CaptureCmd,
+                                                            &ConfigLogCmd,
+                                                            &HelpLogCmd,
+                                                            &StopAddCmd,
+                                                            &QSLPosition,
+                                                            &QSLGrid,
+                                                            &GenerateRequestedCmd,
+                                                            &ProcessPrintedCmd,
+                                                            &HelpQSLCmd,
+                                                            &ProgressPosition,
+                                                            &ProgressGrid,
+                                                            &SummaryCmd,
+                                                            &ReComputeCmd,
+                                                            &HelpProgressCmd,
+                                                            &QTHPosition,
+                                                            &QTHGrid,
+                                                            &HelpQTHCmd,
+                                                            &ImportCmd,
+                                                            &ExportCmd,
+                                                            &HelpImportCmd,
+                                                            &HelpExportCmd,
+                                                            &LoggerImportButton,
+                                                            &MMTTYImportButton,
+                                                            &DXBaseExportButton,
+                                                            &DefaultCallsignCheckbox,
+                                                            &SaveImportErrorsCheck,
+                                                            &ImportDuplicateCheckbox})
     Adopt(*c);
   for (auto& f : LogFrame) Adopt(*f);
   for (auto& f : LogFrameSelect) Adopt(*f);
@@ -135,9 +172,12 @@ void VellumMain::WireControls() {
   // The QSO commands. The right button of New, Save and Delete raises no Click: its release
   // runs the command with the button remembered, and the button is forgotten afterwards so
   // that a later Alt key runs the left button's command.
-  auto withButton = [this](ui::CommandButton& button, int16_t& remembered, void (VellumMain::*run)()) {
+  auto withButton = [this](ui::CommandButton& button, int16_t& remembered,
+                           void (VellumMain::*run)()) {
     button.Click = [this, run] { (this->*run)(); };
-    button.MouseDown = [&remembered](int b, int, float, float) { remembered = static_cast<int16_t>(b); };
+    button.MouseDown = [&remembered](int b, int, float, float) {
+      remembered = static_cast<int16_t>(b);
+    };
     button.MouseUp = [this, &remembered, run, &button](int b, int, float, float) {
       if (b != ui::vbRightButton || !button.Enabled()) return;
       remembered = ui::vbRightButton;
@@ -193,8 +233,8 @@ void VellumMain::VellumMain_Load() {
     BeginStep(2);
     SetWindowState(ui::vbNormal);
     const Common& c = app_.common;
-    SetLeft(c.ReasonableLeft(
-        SettingNumber(app_.GetSetting("Windows", "VellumMainLeft", std::to_string(Left())), Left())));
+    SetLeft(c.ReasonableLeft(SettingNumber(
+        app_.GetSetting("Windows", "VellumMainLeft", std::to_string(Left())), Left())));
     SetTop(c.ReasonableTop(
         SettingNumber(app_.GetSetting("Windows", "VellumMainTop", std::to_string(Top())), Top())));
     IgnoreResize = true;
@@ -366,8 +406,9 @@ void VellumMain::SelectTab(int index) {
   IgnoreTabClick = false;
   const auto askFilterRemoval = [&](const char* purpose) {
     if (app_.module.GetLogFilter().empty()) return;
-    const std::string text = std::string("the log is currently filtered; do you wish this filter "
-                                         "removed so that all QSOs are available for ") +
+    const std::string text = std::string(
+                                 "the log is currently filtered; do you wish this filter "
+                                 "removed so that all QSOs are available for ") +
                              purpose + "?";
     // FilterClear arrives with the log filters; until then a log is never filtered.
     app_.desktop.MsgBox(text, ui::vbYesNo, kApplicationTitle);
@@ -453,8 +494,8 @@ void VellumMain::LogFrameSelect_Click(int index) {
 }
 
 void VellumMain::UpdateCaption() {
-  const std::string head = std::string(kApplicationTitle) + " " + Common::Version() +
-                           app_.module.GetInteropCaption();
+  const std::string head =
+      std::string(kApplicationTitle) + " " + Common::Version() + app_.module.GetInteropCaption();
   if (!app_.module.LogOpen()) {
     SetCaption(head + " (no log open)");
     return;
@@ -486,8 +527,8 @@ void VellumMain::UpdateCaption() {
                "/ErrorLog.txt");
   } else {
     const std::string name = Common::SimpleName(app_.setup().LogPathname.Text());
-    SetCaption(head + " - " + name + (app_.module.LogFiltered() ? " (filtered): " : " : ") +
-               count + queue);
+    SetCaption(head + " - " + name + (app_.module.LogFiltered() ? " (filtered): " : " : ") + count +
+               queue);
   }
 }
 

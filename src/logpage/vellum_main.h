@@ -79,20 +79,20 @@ class VellumMain : public ui::Form {
       ImportDuplicateCheckbox{"ImportDuplicateCheckbox"};
 
   // Timers, each an event of the loop; the ones that run once disable themselves.
-  ui::Timer InitTimer;            // 250 ms: finishes start-up after the first paint
-  ui::Timer ErrorTimer;           // 250 ms: blinks the labels of fields in error
-  ui::Timer ServerRetryTimer;     // 5000 ms: retries siblings that went away
-  ui::Timer AtlasineNewlogTimer;  // 1000 ms: tells the map program the log's pathname
+  ui::Timer InitTimer;             // 250 ms: finishes start-up after the first paint
+  ui::Timer ErrorTimer;            // 250 ms: blinks the labels of fields in error
+  ui::Timer ServerRetryTimer;      // 5000 ms: retries siblings that went away
+  ui::Timer AtlasineNewlogTimer;   // 1000 ms: tells the map program the log's pathname
   ui::Timer ClustrineNewlogTimer;  // 1000 ms: tells the spot program the log's pathname
-  ui::Timer ShutdownTimer;        // 5000 ms: a shut-down asked for by a sibling
+  ui::Timer ShutdownTimer;         // 5000 ms: a shut-down asked for by a sibling
 
   // Form state.
-  bool IgnoreResize = false;        // Form_Resize does nothing while set
-  bool IgnoreTabClick = false;      // the next TabbedDialog click is the program's own
-  bool IgnoreFrameSelectFlag = false;  // the next LogFrameSelect click is an echo
-  bool CommandBusy = false;         // a command is running; others do nothing
-  int16_t QSOFrameHeight = 0;       // design height of QSOFrame, twips
-  int32_t LastWidth = 0;            // the width restored at load, twips
+  bool IgnoreResize = false;                     // Form_Resize does nothing while set
+  bool IgnoreTabClick = false;                   // the next TabbedDialog click is the program's own
+  bool IgnoreFrameSelectFlag = false;            // the next LogFrameSelect click is an echo
+  bool CommandBusy = false;                      // a command is running; others do nothing
+  int16_t QSOFrameHeight = 0;                    // design height of QSOFrame, twips
+  int32_t LastWidth = 0;                         // the width restored at load, twips
   std::array<bool, kFieldCount> FieldInError{};  // the field's label blinks
   // The user changed the value through its combo or date box: the echo of that change in
   // Fieldbox_Change is ignored once.
@@ -101,9 +101,9 @@ class VellumMain : public ui::Form {
   std::array<bool, kFieldCount> ComboEchoIgnored{};
   // The mouse button of the last MouseDown on NewCmd, SaveCmd and DeleteCmd (2: the right).
   int16_t NewButton = 0, SaveButton = 0, DeleteButton = 0;
-  bool BlinkPhase = false;          // phase of the ErrorTimer blink
-  db::Recordset DXCCDynaset;        // the form's reference to the DXCC dynaset
-  int LoadStep = -1;                // the start-up step reached (reported on a failure)
+  bool BlinkPhase = false;    // phase of the ErrorTimer blink
+  db::Recordset DXCCDynaset;  // the form's reference to the DXCC dynaset
+  int LoadStep = -1;          // the start-up step reached (reported on a failure)
   // Called as each start-up step begins; diagnostics and tests use it to watch the order.
   std::function<void(int step)> OnLoadStep;
 

@@ -96,10 +96,9 @@ void VellumMain::CountIntoProgress() {
   db::Recordset& progress = ProgressPosition.Recordset();
   if (!progress) return;
   // The siblings hear of a counted QSO once links to them exist; until then nobody listens.
-  UpdateProgress(Log(), progress, true, ProgressNotifications{},
-                 [this](int number, const std::string& where) {
-                   app_.common.ReportError(number, where);
-                 });
+  UpdateProgress(
+      Log(), progress, true, ProgressNotifications{},
+      [this](int number, const std::string& where) { app_.common.ReportError(number, where); });
   ProgressPosition.Repositioned();
 }
 
@@ -428,8 +427,9 @@ bool VellumMain::VerificationNeeded() {
   if (progress.NoMatch()) {
     std::string when = Fieldbox(19).Text();
     IgnoringErrors([&] { when = vb::FormatDate(vb::CDate(Fieldbox(19).Text()), "ddddd hh:nn"); });
-    app_.desktop.MsgBox("can't find DXCC code " + code + " for " + Fieldbox(1).Text() + " @ " + when,
-                        ui::vbOKOnly, kApplicationTitle);
+    app_.desktop.MsgBox(
+        "can't find DXCC code " + code + " for " + Fieldbox(1).Text() + " @ " + when, ui::vbOKOnly,
+        kApplicationTitle);
     return false;
   }
   ProgressPosition.Repositioned();

@@ -5,10 +5,10 @@
 
 #include "config/vellum_setup.h"
 #include "frame/error_log.h"
-#include "logstore/schema_tables.h"
 #include "frame/version.h"
 #include "logpage/side_forms.h"
 #include "logpage/vellum_main.h"
+#include "logstore/schema_tables.h"
 #include "platform/vb/ascii.h"
 #include "platform/vb/convert.h"
 #include "platform/vb/date_value.h"
@@ -66,7 +66,8 @@ void VellumMain::WireFields() {
   Fieldcombo.On(&ui::ComboBox::Click, [this](int i) { Fieldcombo_Click(i); });
   DateBox.On(&ui::TextBox::KeyDown,
              [this](int i, int& key, int shift) { DateBox_KeyDown(i, key, shift); });
-  DateBox.On(&ui::TextBox::KeyUp, [this](int i, int& key, int shift) { DateBox_KeyUp(i, key, shift); });
+  DateBox.On(&ui::TextBox::KeyUp,
+             [this](int i, int& key, int shift) { DateBox_KeyUp(i, key, shift); });
   DateBox.On(&ui::TextBox::Change, [this](int i) { DateBox_Change(i); });
   DateBox.On(&ui::TextBox::DblClick, [this](int i) { DateBox_DblClick(i); });
 }

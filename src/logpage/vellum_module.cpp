@@ -82,7 +82,8 @@ void VellumModule::Initialize() {
   LogFilteredFlag = false;
   main.FilterFrame.SetCaption("Filter: None");
   app_.bands.InitializeBandArray(app_.DatabasesFolder() + "/Bands.txt");
-  LogGridRows = static_cast<int16_t>(SettingInt(app_.GetSetting("Configuration", "LogGridRows", "4"), 4));
+  LogGridRows =
+      static_cast<int16_t>(SettingInt(app_.GetSetting("Configuration", "LogGridRows", "4"), 4));
   InitializeCombos();
   InitializeFields();
   app_.dxcc.OpenDXCCDatabase();
@@ -145,8 +146,9 @@ void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {
           ui::vbOKOnly, kApplicationTitle);
       state = 5;
       if (!AddMissingFieldDefinitions()) {
-        desktop.MsgBox("New fields were not successfully added, so the specified log cannot be opened",
-                       ui::vbOKOnly, kApplicationTitle);
+        desktop.MsgBox(
+            "New fields were not successfully added, so the specified log cannot be opened",
+            ui::vbOKOnly, kApplicationTitle);
         LogDatabase.Close();
         return;
       }
@@ -280,9 +282,9 @@ void VellumModule::CloseLog() {
 
 void VellumModule::EnableLogActions(bool enable) {
   VellumMain& main = app_.main;
-  for (ui::Control* c : std::initializer_list<ui::Control*>{&main.NewCmd, &main.ImportCmd,
-                                                             &main.FilterFrame, &main.SortFrame,
-                                                             &app_.setup().LogLayout})
+  for (ui::Control* c :
+       std::initializer_list<ui::Control*>{&main.NewCmd, &main.ImportCmd, &main.FilterFrame,
+                                           &main.SortFrame, &app_.setup().LogLayout})
     c->SetEnabled(enable);
   bool hasQSOs = false;
   if (enable) {
@@ -294,10 +296,9 @@ void VellumModule::EnableLogActions(bool enable) {
     }
   }
   for (ui::Control* c : std::initializer_list<ui::Control*>{
-           &main.DeleteCmd, &main.LogFirstCmd, &main.LogNextCmd, &main.LogPrevCmd,
-           &main.LogLastCmd, &main.SaveCmd, &main.RevertCmd, &main.SummaryCmd,
-           &main.ReComputeCmd, &main.GenerateRequestedCmd, &main.ProcessPrintedCmd,
-           &main.ExportCmd})
+           &main.DeleteCmd, &main.LogFirstCmd, &main.LogNextCmd, &main.LogPrevCmd, &main.LogLastCmd,
+           &main.SaveCmd, &main.RevertCmd, &main.SummaryCmd, &main.ReComputeCmd,
+           &main.GenerateRequestedCmd, &main.ProcessPrintedCmd, &main.ExportCmd})
     c->SetEnabled(hasQSOs);
 }
 

@@ -7,10 +7,9 @@
 //   no log --OpenLog--> open (LogIsOpen) --CloseLog--> no log
 // OpenLog on an open log first closes the old recordsets. A failure inside OpenLog is
 // reported with its state number and ends in CloseLog, so no half-bound view is left.
+#include <array>
 #include <cstdint>
 #include <string>
-
-#include <array>
 
 #include "logstore/field_table.h"
 #include "platform/db/database.h"
@@ -61,20 +60,20 @@ class VellumModule {
   logstore::PrevFieldValues PrevFields;  // what the next new QSO is given
 
   // The state, as other windows and modules read it.
-  bool LogIsOpen = false;          // a log database is open
-  bool RecordIsModified = false;   // the QSO on the Log page differs from its row
-  bool RecomputeRunning = false;   // a progress recompute is under way
-  bool LogFilteredFlag = false;    // the Log Page Display is filtered
-  std::string InteropCaption;      // " [" + name + "]" or empty
-  double QSOStartTime = 0;         // the last start time SetQSOStartTime gave, UTC
-  int16_t LogGridRows = 4;         // rows of the Log Page Display
-  db::Database LogDatabase;        // the open log
-  db::Workspace LogWorkspace;      // the default workspace
+  bool LogIsOpen = false;           // a log database is open
+  bool RecordIsModified = false;    // the QSO on the Log page differs from its row
+  bool RecomputeRunning = false;    // a progress recompute is under way
+  bool LogFilteredFlag = false;     // the Log Page Display is filtered
+  std::string InteropCaption;       // " [" + name + "]" or empty
+  double QSOStartTime = 0;          // the last start time SetQSOStartTime gave, UTC
+  int16_t LogGridRows = 4;          // rows of the Log Page Display
+  db::Database LogDatabase;         // the open log
+  db::Workspace LogWorkspace;       // the default workspace
   db::Recordset ProgressRecordset;  // table Progress as a dynaset
-  db::Recordset ProgressView;      // sorted view of it, shown by ProgressPosition
-  db::Recordset LogRecordset;      // table QSOs as a dynaset; Filter and Sort are set on it
-  db::Recordset LogView;           // the sorted, filtered view shown by LogPosition
-  db::Recordset QTHRecordset;      // table QTHs, shown by QTHPosition
+  db::Recordset ProgressView;       // sorted view of it, shown by ProgressPosition
+  db::Recordset LogRecordset;       // table QSOs as a dynaset; Filter and Sort are set on it
+  db::Recordset LogView;            // the sorted, filtered view shown by LogPosition
+  db::Recordset QTHRecordset;       // table QTHs, shown by QTHPosition
 
   // ---- The Log Page Display's layout (vellum_module_layout.cpp) ----
   // The layout table is the array of VellumSetup's LogLayout grid: one row per column of

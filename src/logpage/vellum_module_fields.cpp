@@ -64,9 +64,8 @@ void VellumModule::InitializeField(int index, const std::string& value) {
   CheckFieldIndex(index);
   ui::TextBox& box = app_.main.Fieldbox(index);
   if (!box.Text().empty()) return;
-  const size_t limit = index == kAddressIndex
-                           ? kAddressLimit
-                           : static_cast<size_t>(std::max(0, FieldWidth(index)));
+  const size_t limit =
+      index == kAddressIndex ? kAddressLimit : static_cast<size_t>(std::max(0, FieldWidth(index)));
   box.SetText(vb::Left(value, limit));
 }
 

@@ -1,15 +1,15 @@
 #include "qt/vellum_main_view.h"
 
+#include <QDropEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QVBoxLayout>
-#include <QDropEvent>
 #include <QMimeData>
-#include <optional>
+#include <QVBoxLayout>
 #include <array>
+#include <optional>
 
 #include "qt/conversions.h"
 #include "qt/qt_event_loop.h"
@@ -41,9 +41,8 @@ class SlotDropFilter : public QObject {
                 ? std::optional<std::string>(ToStdString(drop->mimeData()->text()))
                 : std::nullopt;
         int effect = 0;
-        RunEvent("a drop on a slot", [&] {
-          main_.Fieldbox_OLEDragDrop(index_, text ? &*text : nullptr, effect);
-        });
+        RunEvent("a drop on a slot",
+                 [&] { main_.Fieldbox_OLEDragDrop(index_, text ? &*text : nullptr, effect); });
         drop->setDropAction(effect == 1 ? Qt::CopyAction : Qt::IgnoreAction);
         drop->accept();
         return true;

@@ -14,8 +14,8 @@ using test::LogPageTest;
 
 TEST_F(LogPageTest, NineSlotsHaveLists) {
   for (int i = 0; i < kFieldCount; ++i) {
-    const bool listed = i == 0 || i == 2 || i == 5 || i == 8 || i == 9 || i == 15 || i == 22 ||
-                        i == 31 || i == 33;
+    const bool listed =
+        i == 0 || i == 2 || i == 5 || i == 8 || i == 9 || i == 15 || i == 22 || i == 31 || i == 33;
     EXPECT_EQ(app->module.FieldIsCombo(i), listed) << i;
     EXPECT_EQ(main().Fieldcombo.Exists(i), listed) << i;
   }
@@ -63,8 +63,7 @@ TEST_F(LogPageTest, AnIndexOutsideTheSlotsIsABoundsError) {
   WithFailureTail(app->common.errorLog(), "VellumModule.InitializeField",
                   [&] { app->module.InitializeField(35, "x"); });
   EXPECT_NE(h.ErrorLogText().find("VellumModule.InitializeField"), std::string::npos);
-  EXPECT_NE(h.ErrorLogText().find("Subscript out of range"), std::string::npos)
-      << h.ErrorLogText();
+  EXPECT_NE(h.ErrorLogText().find("Subscript out of range"), std::string::npos) << h.ErrorLogText();
 }
 
 TEST_F(LogPageTest, InitializeFieldNeverOverwritesAndCutsToTheField) {

@@ -4,10 +4,10 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMimeData>
-#include <QDropEvent>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
