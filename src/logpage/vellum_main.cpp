@@ -5,6 +5,7 @@
 #include "config/vellum_setup.h"
 #include "config/window_placement.h"
 #include "frame/version.h"
+#include "logpage/log_page_helpers.h"
 #include "logstore/field_table.h"
 #include "platform/vb/convert.h"
 #include "platform/vb/error.h"
@@ -16,17 +17,6 @@ namespace {
 
 constexpr ui::Color kBlue = 0xFF0000;  // the runtime's 0xBBGGRR
 constexpr ui::Color kRed = 255;
-
-// Runs a step with errors ignored, as the program does where a failure is expected and harmless.
-template <class Step>
-void IgnoringErrors(Step&& step) {
-  try {
-    step();
-  } catch (const ProgramTermination&) {
-    throw;
-  } catch (...) {
-  }
-}
 
 // Reads a whole number from a setting's text; the default when it doesn't read.
 int SettingNumber(const std::string& text, int defaultValue) {

@@ -10,6 +10,7 @@
 #include "config/vellum_setup.h"
 #include "frame/error_log.h"
 #include "frame/version.h"
+#include "logpage/log_page_helpers.h"
 #include "logpage/vellum_main.h"
 #include "platform/vb/ascii.h"
 #include "platform/vb/convert.h"
@@ -21,21 +22,6 @@ namespace vellumar {
 namespace {
 
 constexpr const char* kQSODateTimeFormat = "ddddd hh:nn:ss";  // what the time stamps write
-
-template <class Step>
-void IgnoringErrors(Step&& step) {
-  try {
-    step();
-  } catch (const ProgramTermination&) {
-    throw;
-  } catch (...) {
-  }
-}
-
-bool IsPhone(const std::string& mode) {
-  const std::string m = vb::UpperAscii(mode);
-  return m == "SSB" || m == "FM" || m == "AM";
-}
 
 }  // namespace
 
@@ -410,7 +396,7 @@ void VellumMain::InitializeQSO() {
     module.SetPrevFieldValue(30, Fieldbox(30).Text());
   }
   if (setup.RunCheck.Value() == 1) {
-    const char* report = IsPhone(Fieldbox(5).Text()) ? "59" : "599";
+    const char* report = IsPhoneMode(Fieldbox(5).Text()) ? "59" : "599";
     Fieldbox(14).SetText(report);
     Fieldbox(13).SetText(report);
   }

@@ -6,6 +6,7 @@
 #include "config/vellum_setup.h"
 #include "frame/error_log.h"
 #include "frame/version.h"
+#include "logpage/log_page_helpers.h"
 #include "logpage/side_forms.h"
 #include "logpage/vellum_main.h"
 #include "logstore/schema_tables.h"
@@ -24,11 +25,6 @@ constexpr int kEarliestYear = 1930;  // a QSO or card date before it is a typing
 constexpr int kKeyCtrlC = 3, kKeyCtrlV = 22;
 
 bool IsDigit(int c) { return c >= '0' && c <= '9'; }
-
-bool IsPhone(const std::string& mode) {
-  const std::string m = vb::UpperAscii(mode);
-  return m == "SSB" || m == "FM" || m == "AM";
-}
 
 // The year of a text that converts to a date; nothing when it doesn't convert.
 std::optional<int> YearOf(const std::string& text) {
@@ -348,7 +344,7 @@ void VellumMain::fieldbox_DblClick(int index) {
   switch (index) {
     case 13:
     case 14:
-      Fieldbox(index).SetText(IsPhone(Fieldbox(5).Text()) ? "59" : "599");
+      Fieldbox(index).SetText(IsPhoneMode(Fieldbox(5).Text()) ? "59" : "599");
       app_.module.SetModified(true);
       return;
     case 10:

@@ -6,6 +6,7 @@
 
 #include "config/vellum_setup.h"
 #include "frame/version.h"
+#include "logpage/log_page_helpers.h"
 #include "platform/vb/convert.h"
 #include "platform/vb/error.h"
 #include "platform/vb/variant.h"
@@ -15,14 +16,6 @@ namespace vellumar {
 namespace {
 
 inline constexpr int kProgressFieldCount = 18;
-
-template <class Step>
-void IgnoringErrors(Step&& step) {
-  try {
-    step();
-  } catch (...) {
-  }
-}
 
 bool FileExists(const std::string& path) {
   struct stat st;
