@@ -60,6 +60,7 @@ VellumMain::VellumMain(Application& app)
   DeleteCmd.SetCaption("&Delete");
   ConfirmCmd.SetCaption("Con&firm");
   VerifyCmd.SetCaption("&Verify");
+  VerifyCmd.SetEnabled(false);  // follows QSL_Rcvd: only a card received ("Y") can be verified
   // Every command of the Log page has an Alt key, so that a log is kept without the mouse.
   LogFirstCmd.SetCaption("|< F&irst");
   LogPrevCmd.SetCaption("< &Prev");

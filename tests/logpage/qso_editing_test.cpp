@@ -17,6 +17,8 @@ TEST_F(LogPageTest, AnEmptyLogBeginsWithTheEntryFieldsDisabledAndNewEnabled) {
   EXPECT_FALSE(main().DateBox(19).Enabled());
   EXPECT_TRUE(main().NewCmd.Enabled());
   EXPECT_FALSE(main().SaveCmd.Enabled());
+  EXPECT_FALSE(main().ConfirmCmd.Enabled());
+  EXPECT_FALSE(main().VerifyCmd.Enabled());
 }
 
 TEST_F(LogPageTest, NewWritesAnEmptyRowAtOnceAndFocusesTheCallsign) {
