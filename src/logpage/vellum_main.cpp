@@ -491,22 +491,11 @@ void VellumMain::UpdateCaption() {
     SetCaption(head + " (no log open)");
     return;
   }
-  auto rowCount = [](const db::Recordset& rs) -> long {
-    if (!rs) return 0;
-    try {
-      db::Recordset counter = rs.Clone();
-      if (counter.BOF() && counter.EOF_()) return 0;
-      counter.MoveLast();
-      return counter.RecordCount();
-    } catch (const vb::VbError&) {
-      return 0;
-    }
-  };
-  const long qsos = rowCount(LogPosition.Recordset());
+  const long qsos = CountRows(LogPosition.Recordset());
   const std::string count = qsos == 0   ? "no QSOs"
                             : qsos == 1 ? "1 QSO"
                                         : std::to_string(qsos) + " QSOs";
-  const long queued = rowCount(QSLPosition.Recordset());
+  const long queued = CountRows(QSLPosition.Recordset());
   const std::string queue = queued == 0   ? ""
                             : queued == 1 ? " [QSL queue: 1 QSL]"
                                           : " [QSL queue: " + std::to_string(queued) + " QSLs]";

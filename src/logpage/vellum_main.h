@@ -189,8 +189,14 @@ class VellumMain : public ui::Form {
   void BeginNewRow(bool checkListSize);
   // Counts the row into the award progress; the Check Progress grid follows its entity.
   void CountIntoProgress();
+  // Puts the current row into Edit unless it is already, or there is no row.
+  void BeginEdit();
   // The end time when it is missing, then validation; false when the command must stop.
   bool PendingEndTimeAndValidation();
+  // Runs a command: nothing while another runs, the hourglass meanwhile, failures reported
+  // under the procedure's name, and the form ready for the next command afterwards.
+  template <class Body>
+  void RunCommand(const char* procedure, Body&& body);
   void EndCommand();
   void FocusCallsign();
   void MoveComboQuietly(int index, int listIndex);

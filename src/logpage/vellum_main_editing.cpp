@@ -52,6 +52,20 @@ void VellumMain::EndCommand() {
   CommandBusy = false;
 }
 
+template <class Body>
+void VellumMain::RunCommand(const char* procedure, Body&& body) {
+  if (CommandBusy) return;
+  CommandBusy = true;
+  SetMousePointer(ui::vbHourglass);
+  WithFailureTail(app_.common.errorLog(), std::string("VellumMain.") + procedure,
+                  std::forward<Body>(body));
+  EndCommand();
+}
+
+void VellumMain::BeginEdit() {
+  if (Log().EditMode() == db::dbEditNone && LogHasRows()) Log().Edit();
+}
+
 void VellumMain::ClearFieldsForNewQSO(bool checkListSize) {
   for (int i = 0; i < kFieldCount; ++i) {
     if (!app_.module.FieldIsCombo(i)) {
@@ -97,9 +111,7 @@ bool VellumMain::PendingEndTimeAndValidation() {
       DefaultQSOEndTime();
     }
   }
-  if (ValidFields()) return true;
-  EndCommand();
-  return false;
+  return ValidFields();
 }
 
 // ---- Time stamps ----
@@ -123,10 +135,7 @@ void VellumMain::DefaultQSOEndTime() {
 // ---- Commands ----
 
 void VellumMain::NewCmd_Click() {
-  if (CommandBusy) return;
-  CommandBusy = true;
-  SetMousePointer(ui::vbHourglass);
-  const bool done = WithFailureTail(app_.common.errorLog(), "VellumMain.NewCmd_Click", [&] {
+  RunCommand("NewCmd_Click", [&] {
     if (LogHasRows()) {
       if (!PendingEndTimeAndValidation()) return;
       db::Recordset& rs = Log();
@@ -144,16 +153,11 @@ void VellumMain::NewCmd_Click() {
     UpdateCaption();
     FocusCallsign();
     app_.module.EnableLogActions(true);
-    EndCommand();
   });
-  if (!done) EndCommand();
 }
 
 void VellumMain::SaveCmd_Click() {
-  if (CommandBusy) return;
-  CommandBusy = true;
-  SetMousePointer(ui::vbHourglass);
-  const bool done = WithFailureTail(app_.common.errorLog(), "VellumMain.SaveCmd_Click", [&] {
+  RunCommand("SaveCmd_Click", [&] {
     if (!PendingEndTimeAndValidation()) return;
     db::Recordset& rs = Log();
     if (app_.module.RecordModified()) {
@@ -178,36 +182,25 @@ void VellumMain::SaveCmd_Click() {
       app_.module.EnableLogActions(true);
     }
     FocusCallsign();
-    EndCommand();
   });
-  if (!done) EndCommand();
 }
 
 void VellumMain::RevertCmd_click() {
-  if (CommandBusy) return;
-  CommandBusy = true;
-  SetMousePointer(ui::vbHourglass);
-  WithFailureTail(app_.common.errorLog(), "VellumMain.RevertCmd_click", [&] {
+  RunCommand("RevertCmd_click", [&] {
     LogPosition.UpdateControls();
     app_.module.SetModified(false);
     Fieldbox(1).SetFocus();
   });
-  EndCommand();
 }
 
 void VellumMain::DeleteCmd_click() {
-  if (CommandBusy) return;
-  CommandBusy = true;
-  SetMousePointer(ui::vbHourglass);
   VellumModule& module = app_.module;
-  WithFailureTail(app_.common.errorLog(), "VellumMain.DeleteCmd_click", [&] {
+  RunCommand("DeleteCmd_click", [&] {
     db::Recordset& rs = Log();
     if (DeleteButton == ui::vbRightButton) {
       // The right button: the whole Log Page Display.
       if (!LogHasRows()) return;
-      db::Recordset counter = rs.Clone();
-      counter.MoveLast();
-      const long rows = counter.RecordCount();
+      const long rows = CountRows(rs);
       const int answer = app_.desktop.MsgBox("Delete " + std::to_string(rows) + " Log Page QSOs?",
                                              ui::vbYesNo, kApplicationTitle);
       if (answer != ui::vbYes) return;
@@ -243,17 +236,9 @@ void VellumMain::DeleteCmd_click() {
     } else {
       rs.Delete();
     }
-    bool reopened = false;
-    db::Recordset counter = rs.Clone();
-    long remaining = 0;
-    IgnoringErrors([&] {
-      counter.MoveLast();
-      remaining = counter.RecordCount();
-    });
-    if (remaining == 0) {
+    if (CountRows(rs) == 0) {
       module.CloseLog();
       module.OpenLog(app_.setup().LogPathname.Text(), false);
-      reopened = true;
     } else {
       LogPosition.RowsChanged();
       if (wasFirst) {
@@ -270,10 +255,8 @@ void VellumMain::DeleteCmd_click() {
     module.EnableLogActions(true);
     // A reopened log would lose the display's filter; the filter commands that restore it come
     // with the log filters.
-    (void)reopened;
   });
   UpdateCaption();
-  EndCommand();
 }
 
 void VellumMain::ConfirmCmd_Click() {

@@ -165,7 +165,7 @@ void VellumMain::Fieldbox_KeyDown(int index, int& keyCode, int shift) {
   }
   // Any other key marks the QSO modified, even one that changes nothing.
   WithFailureTail(app_.common.errorLog(), "VellumMain.Fieldbox_KeyDown", [&] {
-    if (Log().EditMode() == db::dbEditNone && LogHasRows()) Log().Edit();
+    BeginEdit();
     app_.module.SetModified(true);
   });
 }
@@ -311,7 +311,7 @@ void VellumMain::Fieldcombo_Click(int index) {
     return;
   }
   WithFailureTail(app_.common.errorLog(), "VellumMain.Fieldcombo_Click", [&] {
-    if (Log().EditMode() == db::dbEditNone && LogHasRows()) Log().Edit();
+    BeginEdit();
     app_.module.SetModified(true);
     FieldChanged[index] = true;
     ui::ComboBox& combo = Fieldcombo(index);
@@ -379,7 +379,7 @@ void VellumMain::Fieldbox_OLEDragDrop(int index, const std::string* text, int& e
   effect = 1;
   // A drop changes the QSO as typing does, so that the save writes it.
   WithFailureTail(app_.common.errorLog(), "VellumMain.Fieldbox_OLEDragDrop", [&] {
-    if (Log().EditMode() == db::dbEditNone && LogHasRows()) Log().Edit();
+    BeginEdit();
     app_.module.SetModified(true);
   });
 }
@@ -390,9 +390,7 @@ void VellumMain::DateBox_KeyDown(int index, int& keyCode, int shift) {
   (void)index;
   (void)keyCode;
   (void)shift;
-  WithFailureTail(app_.common.errorLog(), "VellumMain.DateBox_KeyDown", [&] {
-    if (Log().EditMode() == db::dbEditNone && LogHasRows()) Log().Edit();
-  });
+  WithFailureTail(app_.common.errorLog(), "VellumMain.DateBox_KeyDown", [&] { BeginEdit(); });
 }
 
 void VellumMain::DateBox_KeyUp(int index, int& keyCode, int shift) {

@@ -36,8 +36,11 @@ TEST_F(LogPageTest, EveryListStartsWithAnEmptyItem) {
   EXPECT_EQ(combo(31).List(14), "LB");
   // The prefixes of the DXCC database, with their codes as item data.
   ASSERT_EQ(combo(2).ListCount(), 4);
+  int g = -1;
   for (int i = 1; i < 4; ++i)
-    if (combo(2).List(i) == "G") EXPECT_EQ(combo(2).ItemData(i), 223);
+    if (combo(2).List(i) == "G") g = i;
+  ASSERT_GT(g, 0);
+  EXPECT_EQ(combo(2).ItemData(g), 223);
 }
 
 TEST_F(LogPageTest, WidthsAndNamesComeFromTheOpenLog) {

@@ -23,6 +23,7 @@
 #include "qt/conversions.h"
 #include "qt/program_views.h"
 #include "qt/qt_event_loop.h"
+#include "qt/qt_program_test.h"
 #include "qt/recordset_table_model.h"
 #include "support/frame_harness.h"
 #include "support/scripted_desktop.h"
@@ -66,29 +67,12 @@ void FillLog(const std::string& path) {
   sqlite3_close(raw);
 }
 
-class LogLayoutViewTest : public ::testing::Test {
+class LogLayoutViewTest : public test::QtProgramTest {
  protected:
   void SetUp() override {
-    settings_.SaveSetting("Vellumar", "Configuration", "Callsign", "K1ABC");
-    settings_.SaveSetting("Vellumar", "RAC", "RACEnabled", "0");
-    app_.emplace(ApplicationPlatform{
-        .common = test::HarnessContext(dir_.Join("data"), clock_, desktop_),
-        .loop = loop_,
-        .settingsRoot = dir_.Join("config"),
-        .installedData = std::string(VELLUMAR_BINARY_DIR) + "/data",
-        .exitProcess = [](int) {},
-    });
-    views_.emplace(*app_);
-    app_->Start();
+    SeedReturningOperator();
+    StartProgram();
     ASSERT_TRUE(app_->module.LogOpen());
-  }
-  void TearDown() override {
-    // The windows are hidden before they go, so that no focus or activation of theirs is left
-    // to the tests after this one.
-    for (QWidget* w : QApplication::topLevelWidgets()) w->hide();
-    QCoreApplication::processEvents();
-    views_.reset();
-    app_.reset();
   }
 
   std::string LogPath() const { return dir_.Join("data") + "/Databases/K1ABC.vdb"; }
@@ -131,15 +115,6 @@ class LogLayoutViewTest : public ::testing::Test {
       out << model->headerData(c, Qt::Horizontal).toString();
     return out;
   }
-
-  test::TempDir dir_;
-  SettingsStore settings_{dir_.Join("config")};
-  ui::VirtualClock clock_{ui::UtcTime{2024, 3, 15, 8, 30, 0, 0}};
-  QtEventLoop loop_;
-  test::ScriptedDesktop desktop_;
-  vb::ScopedDateLocale dateLocale_{vb::DateLocale{}};
-  std::optional<Application> app_;
-  std::optional<ProgramViews> views_;
 };
 
 TEST_F(LogLayoutViewTest, TheGridOverAHundredThousandQSOsShowsTheLayoutAndReadsOnlyTheRowsInSight) {

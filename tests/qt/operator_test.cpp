@@ -18,6 +18,7 @@
 #include "program/application.h"
 #include "qt/program_views.h"
 #include "qt/qt_event_loop.h"
+#include "qt/qt_program_test.h"
 #include "support/frame_harness.h"
 #include "support/program_harness.h"
 #include "support/scripted_desktop.h"
@@ -26,30 +27,18 @@
 namespace vellumar::qt {
 namespace {
 
-class OperatorTest : public ::testing::Test {
+class OperatorTest : public test::QtProgramTest {
  protected:
   OperatorTest() {
-    desktop_.ExpectInputBox("K1ABC").WithPrompt(test::kFirstRunPrompt);
-    desktop_.ExpectMsgBox(test::kCallbookMissing);
-    app_.emplace(ApplicationPlatform{
-        .common = test::HarnessContext(dir_.Join("data"), clock_, desktop_),
-        .loop = loop_,
-        .settingsRoot = dir_.Join("config"),
-        .installedData = std::string(VELLUMAR_BINARY_DIR) + "/data",
-        .exitProcess = [](int) {},
-    });
-    views_.emplace(*app_);
-    app_->Start();
+    desktop_.ExpectInputBox("K1ABC").WithPrompt(vellumar::test::kFirstRunPrompt);
+    desktop_.ExpectMsgBox(vellumar::test::kCallbookMissing);
+    StartProgram();
     app_->setup().TransmitPower.SetText("100");
     window()->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(window()));
     // The start-up's last timer moves through the log once; the operator begins after it.
     for (int i = 0; i < 100 && app_->main.InitTimer.Enabled(); ++i) QTest::qWait(20);
     EXPECT_FALSE(app_->main.InitTimer.Enabled());
-  }
-  ~OperatorTest() override {
-    views_.reset();
-    app_.reset();
   }
 
   QWidget* window() { return views_->main.window(); }
@@ -94,14 +83,6 @@ class OperatorTest : public ::testing::Test {
     rs.FindFirst("CountryCode = '" + code + "'");
     return rs.NoMatch() ? "<none>" : rs.Fields(column).Value().ToStringOrEmpty();
   }
-
-  test::TempDir dir_;
-  ui::VirtualClock clock_{ui::UtcTime{2024, 3, 15, 8, 30, 0, 0}};
-  QtEventLoop loop_;
-  test::ScriptedDesktop desktop_;
-  vb::ScopedDateLocale dateLocale_{vb::DateLocale{}};
-  std::optional<Application> app_;
-  std::optional<ProgramViews> views_;
 };
 
 TEST_F(OperatorTest, LogsTwoQSOsAndDeletesOneFromTheKeyboardAndTheMouse) {

@@ -24,6 +24,7 @@
 #include "qt/binder_factory.h"
 #include "qt/program_views.h"
 #include "qt/qt_event_loop.h"
+#include "qt/qt_program_test.h"
 #include "support/frame_harness.h"
 #include "support/program_harness.h"
 #include "support/scripted_desktop.h"
@@ -32,45 +33,21 @@
 namespace vellumar::qt {
 namespace {
 
-class ProgramWindowTest : public ::testing::Test {
+class ProgramWindowTest : public test::QtProgramTest {
  protected:
   // The first run: the callsign is asked, and the callbook, enabled by default, is found missing.
   void FirstRun() {
     desktop_.ExpectInputBox("K1ABC")
-        .WithPrompt(test::kFirstRunPrompt)
+        .WithPrompt(vellumar::test::kFirstRunPrompt)
         .WithTitle("Vellumar initialization");
-    desktop_.ExpectMsgBox(test::kCallbookMissing).WithTitle("Vellumar");
-    Start();
-  }
-  void Start() {
-    app_.emplace(ApplicationPlatform{
-        .common = test::HarnessContext(dir_.Join("data"), clock_, desktop_),
-        .loop = loop_,
-        .settingsRoot = dir_.Join("config"),
-        .installedData = std::string(VELLUMAR_BINARY_DIR) + "/data",
-        .exitProcess = [this](int code) { exitCode_ = code; },
-    });
-    views_.emplace(*app_);
-    app_->Start();
-  }
-  void TearDown() override {
-    views_.reset();
-    app_.reset();
+    desktop_.ExpectMsgBox(vellumar::test::kCallbookMissing).WithTitle("Vellumar");
+    StartProgram();
   }
 
   template <typename W>
   W* Find(const char* name) {
     return views_->main.window()->findChild<W*>(QString::fromUtf8(name));
   }
-
-  test::TempDir dir_;
-  ui::VirtualClock clock_{ui::UtcTime{2024, 3, 15, 8, 30, 0, 0}};
-  QtEventLoop loop_;
-  test::ScriptedDesktop desktop_;
-  vb::ScopedDateLocale dateLocale_{vb::DateLocale{}};
-  std::optional<int> exitCode_;
-  std::optional<Application> app_;
-  std::optional<ProgramViews> views_;
 };
 
 TEST_F(ProgramWindowTest, StartsShowsTheMainWindowAndEndsOnClose) {
