@@ -8,8 +8,13 @@ CMAKE_BUILD_TYPE ?= RelWithDebInfo
 setup:
 	@scripts/setup
 
+# ccache, when installed, keeps rebuilds and several checkouts of the tree cheap.
+CCACHE := $(shell command -v ccache 2>/dev/null)
+export CCACHE_BASEDIR := $(CURDIR)
+LAUNCHER := $(if $(CCACHE),-DCMAKE_CXX_COMPILER_LAUNCHER=$(CCACHE))
+
 configure: setup
-	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=$(CMAKE_BUILD_TYPE) > /dev/null
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=$(CMAKE_BUILD_TYPE) $(LAUNCHER) > /dev/null
 
 build: configure
 	@cmake --build $(BUILD) -j$(JOBS)
