@@ -14,7 +14,7 @@
 #include "frame/common.h"
 #include "frame/data_folder.h"
 #include "frame/settings_store.h"
-#include "platform/ui/clock.h"
+#include "platform/services/clock.h"
 #include "program/application.h"
 #include "qt/program_views.h"
 #include "qt/qt_desktop.h"

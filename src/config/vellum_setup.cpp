@@ -7,10 +7,14 @@
 #include "config/paper_sizes.h"
 #include "config/set_combo.h"
 #include "config/window_placement.h"
+#include "frame/common.h"
+#include "frame/settings_store.h"
 #include "frame/version.h"
+#include "logstore/log_schema.h"
+#include "platform/services/desktop.h"
+#include "platform/services/event_loop.h"
 #include "platform/vb/error.h"
 #include "platform/vb/variant.h"
-#include "program/application.h"
 
 namespace vellumar {
 namespace {
@@ -61,17 +65,23 @@ std::string CallbookFolder(const std::string& pathname) {
   return folder;
 }
 
-// The windows loaded now, in the order the program loads them.
-std::vector<ui::Form*> LoadedForms(Application& app) {
-  std::vector<ui::Form*> forms;
-  for (ui::Form* form :
-       {static_cast<ui::Form*>(&app.main), static_cast<ui::Form*>(&app.capture),
-        static_cast<ui::Form*>(app.setupForm.get()), static_cast<ui::Form*>(&app.cardPage),
-        static_cast<ui::Form*>(&app.advancedFilter), static_cast<ui::Form*>(&app.addressEditor)}) {
-    if (form && form->Loaded()) forms.push_back(form);
-  }
-  return forms;
-}
+// The typed face of the window's controls.
+class SetupOptions final : public Configuration {
+ public:
+  explicit SetupOptions(const VellumSetup& setup) : s_(setup) {}
+  std::string MyCallsign() const override { return s_.MyCallsign.Text(); }
+  std::string TransmitPower() const override { return s_.TransmitPower.Text(); }
+  std::string QSLMessage() const override { return s_.QSLMsg.Text(); }
+  std::string LogPathname() const override { return s_.LogPathname.Text(); }
+  bool RunMode() const override { return s_.RunCheck.Value() == 1; }
+  bool ConfirmDelete() const override { return s_.ConfirmDeleteCheck.Value() == 1; }
+  bool AutoSetDateTime() const override { return s_.AutoSetDateTimeCheck.Value() == 1; }
+  bool AwardTracked(int column) const override { return s_.AwardCheck(column).Value() == 1; }
+  std::string DateTimeFormat() const override { return s_.GetDateTimeFormat(); }
+
+ private:
+  const VellumSetup& s_;
+};
 
 template <class T>
 void AdoptArray(ui::Form& form, ui::ControlArray<T>& array) {
@@ -80,10 +90,11 @@ void AdoptArray(ui::Form& form, ui::ControlArray<T>& array) {
 
 }  // namespace
 
-VellumSetup::VellumSetup(Application& app)
+VellumSetup::VellumSetup(ConfigServices services)
     : ui::Form("VellumSetup"),
-      Tooltips([&app] { return LoadedForms(app); }, app.settings, app.common.errorLog()),
-      app_(app) {
+      Tooltips(services.loadedForms, services.settings, services.common.errorLog()),
+      services_(std::move(services)),
+      options_(std::make_unique<SetupOptions>(*this)) {
   SetCaption("Vellumar Configuration");
   PrinterDeviceNames = [] { return std::vector<std::string>{kPrintToPdfFile}; };
   CallbookInstalled = [] { return false; };
@@ -92,20 +103,26 @@ VellumSetup::VellumSetup(Application& app)
   WireControls();
 }
 
-ErrorLog& VellumSetup::Log() { return app_.common.errorLog(); }
+VellumSetup::~VellumSetup() = default;
+
+ErrorLog& VellumSetup::Log() { return services_.common.errorLog(); }
+
+std::string VellumSetup::DatabasesFolder() const {
+  return services_.common.ApplicationDirectory() + "/Databases";
+}
 
 std::string VellumSetup::GetSetting(const std::string& section, const std::string& key,
                                     const std::string& defaultValue) const {
-  return app_.GetSetting(section, key, defaultValue);
+  return services_.settings.GetSetting(kApplicationTitle, section, key, defaultValue);
 }
 
 void VellumSetup::SaveSetting(const std::string& section, const std::string& key,
                               const std::string& value) {
-  app_.SaveSetting(section, key, value);
+  services_.settings.SaveSetting(kApplicationTitle, section, key, value);
 }
 
 void VellumSetup::ShowMessage(const std::string& text) {
-  app_.desktop.MsgBox(text, ui::vbOKOnly, kApplicationTitle);
+  services_.desktop.MsgBox(text, ui::vbOKOnly, kApplicationTitle);
 }
 
 void VellumSetup::AdoptControls() {
@@ -328,12 +345,12 @@ void VellumSetup::ShowPage(int page) {
 }
 
 std::string VellumSetup::DefaultLogPathname(const std::string& callsign) const {
-  return app_.DatabasesFolder() + "/" + Common::SafeFilename(callsign) + ".vdb";
+  return DatabasesFolder() + "/" + Common::SafeFilename(callsign) + ".vdb";
 }
 
 void VellumSetup::VellumSetup_Load() {
   Tail("Form_Load", [&] {
-    RestoreWindowPosition(*this, app_.common, app_.settings);
+    RestoreWindowPosition(*this, services_.common, services_.settings);
 
     for (int i = 0; i < LogFrameVisible.Count(); ++i) {
       LogFrameVisible(i).SetValue(
@@ -343,9 +360,9 @@ void VellumSetup::VellumSetup_Load() {
 
     MyCallsign.SetText(GetSetting(kConfiguration, "Callsign", ""));
     if (MyCallsign.Text().empty()) {
-      MyCallsign.SetText(app_.desktop.InputBox("Welcome to Vellum - please specify your callsign: ",
-                                               std::string(kApplicationTitle) + " initialization",
-                                               ""));
+      MyCallsign.SetText(
+          services_.desktop.InputBox("Welcome to Vellum - please specify your callsign: ",
+                                     std::string(kApplicationTitle) + " initialization", ""));
     }
 
     TransmitPower.SetText(GetSetting(kConfiguration, "TransmitPower", "100"));
@@ -366,19 +383,19 @@ void VellumSetup::VellumSetup_Load() {
         CheckValue(GetSetting(kConfiguration, "QSLPrintOpCallsign", "0")));
 
     const std::string callbookDefault =
-        app_.settings.GetSetting(kTrailmark, kRACSection, "Pathname", kCallbookDefault);
+        services_.settings.GetSetting(kTrailmark, kRACSection, "Pathname", kCallbookDefault);
     RACPathname.SetText(GetSetting(kRACSection, "Pathname", callbookDefault));
     RACEnabled.SetValue(CheckValue(GetSetting(kRACSection, "RACEnabled", "1")));
 
     LogPathname.SetText(
         GetSetting(kConfiguration, "LogPathname", DefaultLogPathname(MyCallsign.Text())));
     if (LogPathname.Text().empty()) LogPathname.SetText(DefaultLogPathname(MyCallsign.Text()));
-    if (!LogPathnameExists() && !app_.logSchema.CreateLog(LogPathname.Text())) {
+    if (!LogPathnameExists() && !services_.logSchema.CreateLog(LogPathname.Text())) {
       ShowMessage("unable to create log database");
     }
 
     BackupDirectory.SetText(GetSetting(kConfiguration, "BackupDirectory",
-                                       app_.common.ApplicationDirectory() + "/Backups"));
+                                       services_.common.ApplicationDirectory() + "/Backups"));
     eQSLName.SetText(GetSetting(kConfiguration, "eQSLUser", ""));
     eQSLPassword.SetText(GetSetting(kConfiguration, "eQSLPassword", ""));
 
@@ -387,7 +404,7 @@ void VellumSetup::VellumSetup_Load() {
     BackupCmd.SetEnabled(false);
 
     BrowserPathname.SetText(GetSetting(kConfiguration, "BrowserPathname", ""));
-    app_.common.SetBrowserPathname(BrowserPathname.Text());
+    services_.common.SetBrowserPathname(BrowserPathname.Text());
 
     InitializePrinter();
     InitializeAwardTracking();
@@ -408,8 +425,8 @@ void VellumSetup::VellumSetup_Unload(int& cancel) {
     SaveLogGridColumnWidths();
     SaveQTHGridColumnWidths();
     SaveLogLayoutGridColumnWidths();
-    app_.module.CloseLog();
-    SaveWindowPosition(*this, app_.common, app_.settings);
+    Notify([](ConfigObserver& o) { o.CloseLog(); });
+    SaveWindowPosition(*this, services_.common, services_.settings);
 
     SaveSetting(kConfiguration, "Callsign", MyCallsign.Text());
     SaveSetting(kConfiguration, "TransmitPower", TransmitPower.Text());
@@ -463,21 +480,20 @@ void VellumSetup::OpenLogCmd_Click() {
   Tail("OpenLogCmd_Click", [&] {
     const std::string pathname = LogPathname.Text();
     if (OpenLogCmd.Caption() == "Create") {
-      const std::string directory = app_.common.ContainingDirectory(pathname);
+      const std::string directory = services_.common.ContainingDirectory(pathname);
       std::error_code ec;
       if (!std::filesystem::is_directory(directory, ec)) {
         ShowMessage("folder does not exist: " + directory);
         return;
       }
-      if (!app_.logSchema.CreateLog(pathname)) {
+      if (!services_.logSchema.CreateLog(pathname)) {
         ShowMessage("unable to create log database: " + pathname);
         return;
       }
     }
-    app_.module.CloseLog();
-    app_.module.OpenLog(pathname, false);
-    if (!app_.module.LogOpen()) ShowMessage("unable to open log database: " + pathname);
-    app_.main.UpdateCaption();
+    const bool opened = observer_ && observer_->SwitchLog(pathname);
+    if (!opened) ShowMessage("unable to open log database: " + pathname);
+    Notify([](ConfigObserver& o) { o.UpdateCaption(); });
   });
 }
 
@@ -496,34 +512,24 @@ void VellumSetup::LogSelectCmd_Click() {
     request.title = "Select log";
     request.filter = "Log (*.vdb)|*.vdb";
     request.defaultExt = ".vdb";
-    request.initialDir = GetSetting(kConfiguration, "LogDirectory", app_.DatabasesFolder());
+    request.initialDir = GetSetting(kConfiguration, "LogDirectory", DatabasesFolder());
     std::string pathname;
     try {
-      pathname = app_.desktop.OpenFileDialog(request);
+      pathname = services_.desktop.OpenFileDialog(request);
     } catch (const vb::VbError& e) {
       if (e.number() == vb::kCancelSelected) return;
       throw;
     }
     LogPathname.SetText(pathname);
-    SaveSetting(kConfiguration, "LogDirectory", app_.common.ContainingDirectory(pathname));
+    SaveSetting(kConfiguration, "LogDirectory", services_.common.ContainingDirectory(pathname));
   });
 }
 
 // The panel's box in the main window, the setting and the panel itself follow the box here.
 void VellumSetup::ApplyLogFrameVisibility(int index) {
-  VellumMain& main = app_.main;
   const int value = LogFrameVisible(index).Value();
-  // The echo in the main window's box is not the operator's click.
-  main.IgnoreFrameSelect();
-  main.LogFrameSelect(index).SetValue(value);
-  main.obeyFrameSelect();
+  Notify([&](ConfigObserver& o) { o.LogFrameVisibilityChanged(index, value); });
   SaveSetting(kConfiguration, "LogFrameVisible" + std::to_string(index), std::to_string(value));
-  ui::Frame& frame = main.LogFrame(index);
-  const bool show = value == 1;
-  if (frame.Visible() != show) {
-    frame.SetVisible(show);
-    main.SetHeight(main.Height() + (show ? frame.Height() : -frame.Height()));
-  }
 }
 
 void VellumSetup::SaveLogFrameVisibility() {
@@ -535,7 +541,7 @@ void VellumSetup::SaveLogFrameVisibility() {
 void VellumSetup::LogFrameVisible_Click(int index) {
   Tail("LogFrameVisible_Click", [&] {
     ApplyLogFrameVisibility(index);
-    app_.main.UpdateCaption();
+    Notify([](ConfigObserver& o) { o.UpdateCaption(); });
   });
 }
 
@@ -581,7 +587,7 @@ void VellumSetup::SaveAwardTracking() {
 void VellumSetup::AwardCheck_Click(int index) {
   Tail("AwardCheck_Click", [&] {
     SaveSetting(kAwardSection, AwardKey(index), std::to_string(AwardCheck(index).Value()));
-    app_.loop.Yield();
+    services_.loop.Yield();
     ui::Raise(ClustrineNewAwards);
   });
 }
@@ -627,7 +633,9 @@ void VellumSetup::InitializePrinter() {
 
 // ---- Grid column widths ----
 
-void VellumSetup::SaveLogGridColumnWidths() { app_.module.SaveLogGridColumnWidths(); }
+void VellumSetup::SaveLogGridColumnWidths() {
+  Notify([](ConfigObserver& o) { o.SaveLogGridColumnWidths(); });
+}
 void VellumSetup::SaveQTHGridColumnWidths() {}
 
 void VellumSetup::SaveLogLayoutGridColumnWidths() {
@@ -645,10 +653,7 @@ void VellumSetup::SaveLogLayoutGridColumnWidths() {
 void VellumSetup::MyCallsign_Change() {
   Tail("MyCallsign_Change", [&] {
     const std::string& callsign = MyCallsign.Text();
-    ui::CheckBox& box = app_.main.DefaultCallsignCheckbox;
-    box.SetCaption("Substitute " + callsign + " for missing operator callsigns");
-    box.SetToolTipText("If checked, " + callsign +
-                       " will be substituted for missing operator callsigns in imported records");
+    Notify([&](ConfigObserver& o) { o.MyCallsignChanged(callsign); });
   });
 }
 
@@ -672,7 +677,7 @@ void VellumSetup::TooltipsCheckbox_Click() {
 void VellumSetup::BrowserPathname_Change() {
   Tail("BrowserPathname_Change", [&] {
     SaveSetting(kConfiguration, "BrowserPathname", BrowserPathname.Text());
-    app_.common.SetBrowserPathname(BrowserPathname.Text());
+    services_.common.SetBrowserPathname(BrowserPathname.Text());
   });
 }
 
@@ -682,7 +687,7 @@ void VellumSetup::RACEnabled_Click() {
       ShowMessage("the callbook DLL is not installed, so callbook lookup is disabled");
       RACEnabled.SetValue(0);
     }
-    app_.main.RACcmd.SetEnabled(RACEnabled.Value() == 1);
+    Notify([&](ConfigObserver& o) { o.CallbookEnabledChanged(RACEnabled.Value() == 1); });
     SaveSetting(kRACSection, "RACEnabled", std::to_string(RACEnabled.Value()));
   });
 }
@@ -708,7 +713,7 @@ void VellumSetup::RACBrowseCmd_Click() {
     request.filter = "Callbook program (*.exe)|*.exe|All files (*)|*";
     request.initialFile = RACPathname.Text();
     try {
-      RACPathname.SetText(app_.desktop.OpenFileDialog(request));
+      RACPathname.SetText(services_.desktop.OpenFileDialog(request));
     } catch (const vb::VbError& e) {
       if (e.number() != vb::kCancelSelected) throw;
     }
@@ -716,7 +721,7 @@ void VellumSetup::RACBrowseCmd_Click() {
 }
 
 void VellumSetup::HelpCmd_Click(int) {
-  Tail("HelpCmd_Click", [&] { app_.common.InvokeHelp("Configuration.htm"); });
+  Tail("HelpCmd_Click", [&] { services_.common.InvokeHelp("Configuration.htm"); });
 }
 
 // Digits pass; so does one "." where the box takes a decimal, and the backspace that edits.

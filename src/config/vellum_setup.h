@@ -4,19 +4,40 @@
 // read straight from here. The settings store is only their backing: the general options are
 // read at Form_Load and written at Form_Unload, the rest as they change.
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "config/configuration.h"
 #include "config/tooltips.h"
 #include "frame/error_log.h"
+#include "platform/bound/grid.h"
 #include "platform/ui/control_array.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
-#include "platform/ui/grid.h"
 
 namespace vellumar {
 
-class Application;
+class Common;
+class SettingsStore;
+namespace logstore {
+class LogSchema;
+}
+namespace ui {
+class Desktop;
+class EventLoop;
+}  // namespace ui
+
+// What the configuration window uses of the program below it.
+struct ConfigServices {
+  ui::EventLoop& loop;
+  ui::Desktop& desktop;
+  SettingsStore& settings;
+  Common& common;
+  logstore::LogSchema& logSchema;  // creates a log that doesn't exist yet
+  // The windows loaded now, in the order the program loads them (for the tool tips).
+  std::function<std::vector<ui::Form*>()> loadedForms;
+};
 
 // Formats of the QSO date-time fields, with and without seconds.
 inline constexpr const char* kDateTimeFormatMinutes = "ddddd   hh:nn";
@@ -40,7 +61,12 @@ enum SetupTabPage : int {
 
 class VellumSetup : public ui::Form {
  public:
-  explicit VellumSetup(Application& app);
+  explicit VellumSetup(ConfigServices services);
+  ~VellumSetup() override;
+  // The options, read through their typed face: what other windows and modules read of this one.
+  const Configuration& Options() const { return *options_; }
+  // The windows above follow the options through the observer; null leaves them alone.
+  void SetObserver(ConfigObserver* observer) { observer_ = observer; }
 
   ui::TabStrip SetupTab{"SetupTab",
                         {"General", "Log", "Awards", "QSL Cards", "QSL Labels", "eQSL", "Callbook",
@@ -217,8 +243,16 @@ class VellumSetup : public ui::Form {
     WithFailureTail(Log(), std::string("VellumSetup.") + procedure, std::forward<Body>(body));
   }
   ErrorLog& Log();
+  std::string DatabasesFolder() const;
+  // Tells the observer, when there is one.
+  template <class F>
+  void Notify(F&& f) {
+    if (observer_) f(*observer_);
+  }
 
-  Application& app_;
+  ConfigServices services_;
+  ConfigObserver* observer_ = nullptr;
+  std::unique_ptr<Configuration> options_;
 };
 
 }  // namespace vellumar

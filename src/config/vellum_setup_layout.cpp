@@ -2,7 +2,6 @@
 // Display's columns here, and every change goes to the central module, which keeps the table's
 // settings and LogGrid in step with it.
 #include "config/vellum_setup.h"
-#include "program/application.h"
 
 namespace vellumar {
 
@@ -21,12 +20,13 @@ void VellumSetup::WireLogLayout() {
 
 // The row about to go: its column leaves LogGrid and its field leaves the stored table.
 void VellumSetup::LogLayout_BeforeDelete(int&) {
-  Tail("LogLayout_BeforeDelete", [&] { app_.module.HideLayoutColumn(LogLayout.Row()); });
+  Tail("LogLayout_BeforeDelete",
+       [&] { Notify([&](ConfigObserver& o) { o.LayoutRowDeleting(LogLayout.Row()); }); });
 }
 
 // The rows after the deleted one moved up: the whole table is written again.
 void VellumSetup::LogLayout_AfterDelete() {
-  Tail("LogLayout_AfterDelete", [&] { app_.module.SaveLogLayout(); });
+  Tail("LogLayout_AfterDelete", [&] { Notify([](ConfigObserver& o) { o.LayoutChanged(); }); });
 }
 
 void VellumSetup::LogLayout_BeforeInsert(int&) {
@@ -36,17 +36,18 @@ void VellumSetup::LogLayout_BeforeInsert(int&) {
 }
 
 void VellumSetup::LogLayout_AfterInsert() {
-  Tail("LogLayout_AfterInsert", [&] { app_.module.SaveLogLayout(); });
+  Tail("LogLayout_AfterInsert", [&] { Notify([](ConfigObserver& o) { o.LayoutChanged(); }); });
 }
 
 void VellumSetup::LogLayout_BeforeColUpdate(int colIndex, const std::string&, int&) {
   Tail("LogLayout_BeforeColUpdate",
-       [&] { app_.module.ChangeLayoutColumn(LogLayout.Row(), colIndex); });
+       [&] { Notify([&](ConfigObserver& o) { o.LayoutCellChanged(LogLayout.Row(), colIndex); }); });
 }
 
 // A pick from a cell's list takes effect at once, before the cell is left.
 void VellumSetup::LogLayout_ComboSelect(int colIndex) {
-  Tail("LogLayout_ComboSelect", [&] { app_.module.ChangeLayoutColumn(LogLayout.Row(), colIndex); });
+  Tail("LogLayout_ComboSelect",
+       [&] { Notify([&](ConfigObserver& o) { o.LayoutCellChanged(LogLayout.Row(), colIndex); }); });
 }
 
 // Enter ends the edit in hand, so that the change is stored without leaving the cell.

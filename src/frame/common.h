@@ -12,8 +12,8 @@
 #include "frame/locale_info.h"
 #include "frame/os_info.h"
 #include "frame/utc.h"
-#include "platform/ui/clock.h"
-#include "platform/ui/desktop.h"
+#include "platform/services/clock.h"
+#include "platform/services/desktop.h"
 
 namespace vellumar {
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "frame/utc.h"
-#include "platform/ui/clock.h"
+#include "platform/services/clock.h"
 
 namespace vellumar {
 

@@ -1,6 +1,6 @@
 #pragma once
 // The present as a UTC date value (days since 1899-12-30, the time of day as the fraction).
-#include "platform/ui/clock.h"
+#include "platform/services/clock.h"
 
 namespace vellumar {
 

@@ -5,11 +5,11 @@
 #include "config/vellum_setup.h"
 #include "config/window_placement.h"
 #include "frame/version.h"
+#include "logpage/log_page.h"
 #include "logpage/log_page_helpers.h"
 #include "logstore/field_table.h"
 #include "platform/vb/convert.h"
 #include "platform/vb/error.h"
-#include "program/application.h"
 #include "station/station_services.h"
 
 namespace vellumar {
@@ -26,18 +26,18 @@ int SettingNumber(const std::string& text, int defaultValue) {
 
 }  // namespace
 
-VellumMain::VellumMain(Application& app)
+VellumMain::VellumMain(LogPage& page)
     : ui::Form("VellumMain"),
-      InitTimer(app.loop, 250, ui::TimerMode::kPeriodic, [this] { InitTimer_Timer(); }),
-      ErrorTimer(app.loop, 250, ui::TimerMode::kPeriodic, [this] { ErrorTimer_Timer(); }),
-      ServerRetryTimer(app.loop, 5000, ui::TimerMode::kPeriodic,
+      InitTimer(page.loop, 250, ui::TimerMode::kPeriodic, [this] { InitTimer_Timer(); }),
+      ErrorTimer(page.loop, 250, ui::TimerMode::kPeriodic, [this] { ErrorTimer_Timer(); }),
+      ServerRetryTimer(page.loop, 5000, ui::TimerMode::kPeriodic,
                        [this] { ServerRetryTimer_Timer(); }),
-      AtlasineNewlogTimer(app.loop, 1000, ui::TimerMode::kPeriodic,
+      AtlasineNewlogTimer(page.loop, 1000, ui::TimerMode::kPeriodic,
                           [this] { AtlasineNewlogTimer_Timer(); }),
-      ClustrineNewlogTimer(app.loop, 1000, ui::TimerMode::kPeriodic,
+      ClustrineNewlogTimer(page.loop, 1000, ui::TimerMode::kPeriodic,
                            [this] { ClustrineNewlogTimer_Timer(); }),
-      ShutdownTimer(app.loop, 5000, ui::TimerMode::kPeriodic, [this] { ShutdownTimer_Timer(); }),
-      app_(app) {
+      ShutdownTimer(page.loop, 5000, ui::TimerMode::kPeriodic, [this] { ShutdownTimer_Timer(); }),
+      page_(page) {
   SetBorderStyle(2);
   Move(0, 0, 12000, 9000);
   QSOFrame.Move(0, 0, 11800, 1800);
@@ -151,14 +151,14 @@ void VellumMain::WireControls() {
   Form_Resize = [this] { VellumMain_Resize(); };
   TabbedDialog.TabClick = [this](int previous) { TabbedDialog_Click(previous); };
   LogFrameSelect.On(&ui::CheckBox::Click, [this](int i) { LogFrameSelect_Click(i); });
-  ConfigLogCmd.Click = [this] { app_.setup().ShowPage(kLogPage); };
-  HelpLogCmd.Click = [this] { app_.common.InvokeHelp("Log.htm"); };
-  HelpQSLCmd.Click = [this] { app_.common.InvokeHelp("QSL.htm"); };
-  HelpQTHCmd.Click = [this] { app_.common.InvokeHelp("MultipleQTHs.htm"); };
-  HelpImportCmd.Click = [this] { app_.common.InvokeHelp("Import.htm"); };
-  HelpExportCmd.Click = [this] { app_.common.InvokeHelp("Export.htm"); };
-  HelpProgressCmd.Click = [this] { app_.common.InvokeHelp("Progress.htm"); };
-  CaptureCmd.Click = [this] { app_.capture.Show(); };
+  ConfigLogCmd.Click = [this] { page_.setup().ShowPage(kLogPage); };
+  HelpLogCmd.Click = [this] { page_.common.InvokeHelp("Log.htm"); };
+  HelpQSLCmd.Click = [this] { page_.common.InvokeHelp("QSL.htm"); };
+  HelpQTHCmd.Click = [this] { page_.common.InvokeHelp("MultipleQTHs.htm"); };
+  HelpImportCmd.Click = [this] { page_.common.InvokeHelp("Import.htm"); };
+  HelpExportCmd.Click = [this] { page_.common.InvokeHelp("Export.htm"); };
+  HelpProgressCmd.Click = [this] { page_.common.InvokeHelp("Progress.htm"); };
+  CaptureCmd.Click = [this] { page_.capture.Show(); };
 
   // The QSO commands. The right button of New, Save and Delete raises no Click: its release
   // runs the command with the button remembered, and the button is forgotten afterwards so
@@ -192,13 +192,13 @@ void VellumMain::WireControls() {
   // The Log Page Display: the rows of LogPosition, in the layout's columns, whose widths are
   // kept as the user sizes or moves them.
   LogGrid.SetDataSource(&LogPosition);
-  LogGrid.ColMove = [this](int, int) { app_.module.SaveLogGridColumnWidths(); };
-  LogGrid.ColResize = [this](int) { app_.module.SaveLogGridColumnWidths(); };
+  LogGrid.ColMove = [this](int, int) { page_.module.SaveLogGridColumnWidths(); };
+  LogGrid.ColResize = [this](int) { page_.module.SaveLogGridColumnWidths(); };
   LogGrid.FormatError = [this](int colIndex, const std::string& text) {
-    app_.module.LogGridFormatError(colIndex, text);
+    page_.module.LogGridFormatError(colIndex, text);
   };
   // The panel shows the row moved to: whatever was typed into the one left is dropped.
-  LogPosition.Reposition = [this] { app_.module.SetModified(false); };
+  LogPosition.Reposition = [this] { page_.module.SetModified(false); };
 }
 
 // The program's start-up, steps 0 to 22. A failure ends the load at its step, reported with
@@ -219,41 +219,41 @@ void VellumMain::VellumMain_Load() {
     QSOFrameHeight = static_cast<int16_t>(QSOFrame.Height() < 0 ? 50 : QSOFrame.Height());
 
     BeginStep(1);
-    app_.common.Initialize();
+    page_.common.Initialize();
 
     BeginStep(2);
     SetWindowState(ui::vbNormal);
-    const Common& c = app_.common;
+    const Common& c = page_.common;
     SetLeft(c.ReasonableLeft(SettingNumber(
-        app_.GetSetting("Windows", "VellumMainLeft", std::to_string(Left())), Left())));
+        page_.GetSetting("Windows", "VellumMainLeft", std::to_string(Left())), Left())));
     SetTop(c.ReasonableTop(
-        SettingNumber(app_.GetSetting("Windows", "VellumMainTop", std::to_string(Top())), Top())));
+        SettingNumber(page_.GetSetting("Windows", "VellumMainTop", std::to_string(Top())), Top())));
     IgnoreResize = true;
-    SetWidth(SettingNumber(app_.GetSetting("Windows", "VellumMainWidth", std::to_string(Width())),
+    SetWidth(SettingNumber(page_.GetSetting("Windows", "VellumMainWidth", std::to_string(Width())),
                            Width()));
-    app_.loop.Yield();
+    page_.loop.Yield();
     IgnoreResize = false;
     SetHeight(SettingNumber(
-        app_.GetSetting("Windows", "VellumMainHeight", std::to_string(Height())), Height()));
+        page_.GetSetting("Windows", "VellumMainHeight", std::to_string(Height())), Height()));
     SetWindowState(SettingNumber(
-        app_.GetSetting("Windows", "VellumMainWindowstate", std::to_string(WindowState())),
+        page_.GetSetting("Windows", "VellumMainWindowstate", std::to_string(WindowState())),
         WindowState()));
     LastWidth = Width();
 
     BeginStep(3);
     SelectTab(0);
-    app_.loop.Yield();
-    app_.capture.Load();
+    page_.loop.Yield();
+    page_.capture.Load();
 
     BeginStep(4);
-    app_.module.Initialize();
+    page_.module.Initialize();
 
     BeginStep(5);
-    DXCCDynaset = app_.dxcc.GetDXCCDynaset();
+    DXCCDynaset = page_.dxcc.GetDXCCDynaset();
 
     BeginStep(6);
     RACcmd.SetEnabled(false);
-    app_.setup().Load();
+    page_.setup().Load();
 
     BeginStep(7);
     for (int i = 0; i < kFieldCount; ++i) {
@@ -266,23 +266,23 @@ void VellumMain::VellumMain_Load() {
     ClearFieldErrors();
 
     BeginStep(9);
-    app_.qslQueue.OpenQSLQueue(app_.DatabasesFolder() + "/QSL.vdb", QSLPosition);
+    page_.qslQueue.OpenQSLQueue(page_.DatabasesFolder() + "/QSL.vdb", QSLPosition);
 
     BeginStep(10);
-    const std::string pathname = app_.setup().LogPathname.Text();
-    app_.module.OpenLog(pathname, false);
-    if (app_.module.LogOpen()) {
-      app_.module.SetModified(false);
+    const std::string pathname = page_.config.LogPathname();
+    page_.module.OpenLog(pathname, false);
+    if (page_.module.LogOpen()) {
+      page_.module.SetModified(false);
     } else {
-      app_.desktop.MsgBox("unable to open log database: " + pathname, ui::vbOKOnly,
-                          kApplicationTitle);
+      page_.desktop.MsgBox("unable to open log database: " + pathname, ui::vbOKOnly,
+                           kApplicationTitle);
       UpdateCaption();
     }
 
     BeginStep(11);  // the ADIF module keeps no state until imports exist
 
     BeginStep(12);
-    app_.cardPage.Load();
+    page_.cardPage.Load();
 
     BeginStep(13);
     AtlasineNewlogTimer.SetEnabled(false);
@@ -294,20 +294,20 @@ void VellumMain::VellumMain_Load() {
     BeginStep(16);
 
     BeginStep(17);
-    app_.module.EnableLogActions(app_.module.LogOpen());
+    page_.module.EnableLogActions(page_.module.LogOpen());
     SetMousePointer(ui::vbDefault);
 
     BeginStep(18);
-    app_.capture.Show();
+    page_.capture.Show();
 
     BeginStep(19);
-    app_.advancedFilter.Load();
+    page_.advancedFilter.Load();
 
     BeginStep(20);
-    if (!app_.setup().Tooltips.InitializeTooltips()) app_.setup().TooltipsCheckbox.SetValue(0);
+    if (!page_.setup().Tooltips.InitializeTooltips()) page_.setup().TooltipsCheckbox.SetValue(0);
 
     BeginStep(21);
-    app_.addressEditor.Load();
+    page_.addressEditor.Load();
 
     BeginStep(22);
     InitTimer.SetInterval(250);
@@ -315,9 +315,9 @@ void VellumMain::VellumMain_Load() {
   } catch (const ProgramTermination&) {
     throw;
   } catch (const vb::VbError& e) {
-    app_.common.ReportError(e.number(), "VellumMain.Form_Load: " + std::to_string(LoadStep));
+    page_.common.ReportError(e.number(), "VellumMain.Form_Load: " + std::to_string(LoadStep));
   } catch (const std::exception&) {
-    app_.common.ReportError(51, "VellumMain.Form_Load: " + std::to_string(LoadStep));
+    page_.common.ReportError(51, "VellumMain.Form_Load: " + std::to_string(LoadStep));
   }
 }
 
@@ -328,9 +328,9 @@ void VellumMain::InitTimer_Timer() {
     LogPosition.MoveLast();
   });
   SetWindowState(SettingNumber(
-      app_.GetSetting("Windows", "VellumMainWindowstate", std::to_string(WindowState())),
+      page_.GetSetting("Windows", "VellumMainWindowstate", std::to_string(WindowState())),
       WindowState()));
-  app_.loop.Yield();
+  page_.loop.Yield();
   // Route queries to Trailmark are allowed from here on, once links exist.
 }
 
@@ -368,24 +368,24 @@ void VellumMain::VellumMain_QueryUnload(int& cancel, int unloadMode) {
 void VellumMain::VellumMain_Unload(int& cancel) {
   (void)cancel;
   auto ignoring = [](auto&& step) { IgnoringErrors(step); };
-  ignoring([&] { app_.cardPage.Unload(); });
+  ignoring([&] { page_.cardPage.Unload(); });
   // Sibling links would end here: the server first, then the client.
-  if (app_.module.RecordModified()) {
+  if (page_.module.RecordModified()) {
     ignoring([&] { LogPosition.UpdateControls(); });
-    app_.module.SetModified(false);
+    page_.module.SetModified(false);
   }
-  app_.qslQueue.CloseQSLQueue(QSLPosition);
-  ignoring([&] { app_.addressEditor.Unload(); });
-  ignoring([&] { app_.setup().Unload(ui::vbFormCode); });
-  ignoring([&] { app_.cardPage.Unload(); });
-  ignoring([&] { app_.capture.Unload(); });
-  ignoring([&] { app_.advancedFilter.Unload(); });
-  app_.module.Terminate();
+  page_.qslQueue.CloseQSLQueue(QSLPosition);
+  ignoring([&] { page_.addressEditor.Unload(); });
+  ignoring([&] { page_.setup().Unload(ui::vbFormCode); });
+  ignoring([&] { page_.cardPage.Unload(); });
+  ignoring([&] { page_.capture.Unload(); });
+  ignoring([&] { page_.advancedFilter.Unload(); });
+  page_.module.Terminate();
   SelectTab(0);
   IgnoreResize = true;
-  SaveWindowPosition(*this, app_.common, app_.settings);
-  app_.common.Terminate();
-  app_.EndProcess(0);
+  SaveWindowPosition(*this, page_.common, page_.settings);
+  page_.common.Terminate();
+  page_.EndProcess(0);
 }
 
 void VellumMain::SelectTab(int index) {
@@ -393,23 +393,23 @@ void VellumMain::SelectTab(int index) {
   SetWindowState(ui::vbNormal);
   IgnoreTabClick = true;
   TabbedDialog.SetTab(index);
-  app_.loop.Yield();
+  page_.loop.Yield();
   IgnoreTabClick = false;
   const auto askFilterRemoval = [&](const char* purpose) {
-    if (app_.module.GetLogFilter().empty()) return;
+    if (page_.module.GetLogFilter().empty()) return;
     const std::string text = std::string(
                                  "the log is currently filtered; do you wish this filter "
                                  "removed so that all QSOs are available for ") +
                              purpose + "?";
     // FilterClear arrives with the log filters; until then a log is never filtered.
-    app_.desktop.MsgBox(text, ui::vbYesNo, kApplicationTitle);
+    page_.desktop.MsgBox(text, ui::vbYesNo, kApplicationTitle);
   };
   switch (index) {
     case 0:
       SetQSLTabvisibility(false);
       SetLogTabVisibility(true);
       SetHeight(SettingNumber(
-          app_.GetSetting("Windows", "VellumMainHeight", std::to_string(Height())), Height()));
+          page_.GetSetting("Windows", "VellumMainHeight", std::to_string(Height())), Height()));
       break;
     case 1:
       SetLogTabVisibility(false);
@@ -442,7 +442,7 @@ void VellumMain::TabbedDialog_Click(int previousTab) {
     TabbedDialog.SetTab(previousTab);
     return;
   }
-  if (previousTab == 0) app_.SaveSetting("Windows", "VellumMainHeight", std::to_string(Height()));
+  if (previousTab == 0) page_.SaveSetting("Windows", "VellumMainHeight", std::to_string(Height()));
   SelectTab(TabbedDialog.Tab());
   VellumMain_Resize();
 }
@@ -462,9 +462,9 @@ void VellumMain::VellumMain_Resize() {
 }
 
 void VellumMain::SetVisibleLogGridRows(int rows) {
-  app_.module.LogGridRows = static_cast<int16_t>(rows);
+  page_.module.LogGridRows = static_cast<int16_t>(rows);
   LogGrid.SetVisibleRows(rows);
-  app_.SaveSetting("Configuration", "LogGridRows", std::to_string(rows));
+  page_.SaveSetting("Configuration", "LogGridRows", std::to_string(rows));
 }
 
 void VellumMain::SetLogTabVisibility(bool visible) {
@@ -481,13 +481,13 @@ void VellumMain::LogFrameSelect_Click(int index) {
     IgnoreFrameSelectFlag = false;
     return;
   }
-  app_.setup().LogFrameVisible(index).SetValue(LogFrameSelect(index).Value());
+  page_.setup().LogFrameVisible(index).SetValue(LogFrameSelect(index).Value());
 }
 
 void VellumMain::UpdateCaption() {
   const std::string head =
-      std::string(kApplicationTitle) + " " + Common::Version() + app_.module.GetInteropCaption();
-  if (!app_.module.LogOpen()) {
+      std::string(kApplicationTitle) + " " + Common::Version() + page_.module.GetInteropCaption();
+  if (!page_.module.LogOpen()) {
     SetCaption(head + " (no log open)");
     return;
   }
@@ -499,16 +499,16 @@ void VellumMain::UpdateCaption() {
   const std::string queue = queued == 0   ? ""
                             : queued == 1 ? " [QSL queue: 1 QSL]"
                                           : " [QSL queue: " + std::to_string(queued) + " QSLs]";
-  const ui::Color frameColor = app_.module.RecordModified() ? kBlue : 0;
+  const ui::Color frameColor = page_.module.RecordModified() ? kBlue : 0;
   QSOFrame.SetForeColor(frameColor);
   for (auto& f : LogFrame) f->SetForeColor(frameColor);
-  if (app_.common.errorLog().ErrorLogPresent()) {
-    SetCaption(head + " - see error log in " + app_.common.ApplicationDirectory() +
+  if (page_.common.errorLog().ErrorLogPresent()) {
+    SetCaption(head + " - see error log in " + page_.common.ApplicationDirectory() +
                "/ErrorLog.txt");
   } else {
-    const std::string name = Common::SimpleName(app_.setup().LogPathname.Text());
-    SetCaption(head + " - " + name + (app_.module.LogFiltered() ? " (filtered): " : " : ") + count +
-               queue);
+    const std::string name = Common::SimpleName(page_.config.LogPathname());
+    SetCaption(head + " - " + name + (page_.module.LogFiltered() ? " (filtered): " : " : ") +
+               count + queue);
   }
 }
 
@@ -525,7 +525,7 @@ void VellumMain::ClearFieldErrors() {
 void VellumMain::SetFieldEnable(bool enable) {
   fieldsEnabled_ = enable;
   for (int i = 0; i < kFieldCount; ++i) {
-    if (app_.module.FieldIsCombo(i)) {
+    if (page_.module.FieldIsCombo(i)) {
       Fieldcombo(i).SetEnabled(enable);
     } else {
       Fieldbox(i).SetEnabled(enable);

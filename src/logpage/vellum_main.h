@@ -7,23 +7,23 @@
 #include <functional>
 #include <string>
 
+#include "platform/bound/data_control.h"
+#include "platform/bound/grid.h"
 #include "platform/db/recordset.h"
+#include "platform/services/event_loop.h"
 #include "platform/ui/control_array.h"
 #include "platform/ui/controls.h"
-#include "platform/ui/data_control.h"
-#include "platform/ui/event_loop.h"
 #include "platform/ui/form.h"
-#include "platform/ui/grid.h"
 
 namespace vellumar {
 
-class Application;
+class LogPage;
 
 inline constexpr int kFieldCount = 35;  // QSO field slots 0..34
 
 class VellumMain : public ui::Form {
  public:
-  explicit VellumMain(Application& app);
+  explicit VellumMain(LogPage& page);
 
   // Tabs: 0 "Log QSOs", 1 "QSL", 2 "Check Progress", 3 "my QTHs", 4 "Import", 5 "Export".
   ui::TabStrip TabbedDialog{"TabbedDialog",
@@ -201,7 +201,7 @@ class VellumMain : public ui::Form {
   void FocusCallsign();
   void MoveComboQuietly(int index, int listIndex);
   std::string DateTimeFormat() const;
-  Application& app_;
+  LogPage& page_;
   bool fieldsEnabled_ = false;
 };
 

@@ -10,15 +10,17 @@
 #include "config/vellum_setup.h"
 #include "frame/error_log.h"
 #include "frame/version.h"
+#include "logpage/log_page.h"
 #include "logpage/log_page_helpers.h"
 #include "logpage/vellum_main.h"
 #include "platform/vb/ascii.h"
 #include "platform/vb/convert.h"
 #include "platform/vb/error.h"
 #include "platform/vb/format.h"
-#include "program/application.h"
 
 namespace vellumar {
+
+namespace field = logstore::field;
 namespace {
 
 constexpr const char* kQSODateTimeFormat = "ddddd hh:nn:ss";  // what the time stamps write
@@ -41,10 +43,10 @@ void VellumMain::UpdateLogRow() {
   Log().Update();
 }
 
-std::string VellumMain::DateTimeFormat() const { return app_.setup().GetDateTimeFormat(); }
+std::string VellumMain::DateTimeFormat() const { return page_.config.DateTimeFormat(); }
 
 void VellumMain::FocusCallsign() {
-  if (Visible()) Fieldbox(1).SetFocus();
+  if (Visible()) Fieldbox(field::Call).SetFocus();
 }
 
 void VellumMain::EndCommand() {
@@ -57,7 +59,7 @@ void VellumMain::RunCommand(const char* procedure, Body&& body) {
   if (CommandBusy) return;
   CommandBusy = true;
   SetMousePointer(ui::vbHourglass);
-  WithFailureTail(app_.common.errorLog(), std::string("VellumMain.") + procedure,
+  WithFailureTail(page_.common.errorLog(), std::string("VellumMain.") + procedure,
                   std::forward<Body>(body));
   EndCommand();
 }
@@ -68,7 +70,7 @@ void VellumMain::BeginEdit() {
 
 void VellumMain::ClearFieldsForNewQSO(bool checkListSize) {
   for (int i = 0; i < kFieldCount; ++i) {
-    if (!app_.module.FieldIsCombo(i)) {
+    if (!page_.module.FieldIsCombo(i)) {
       Fieldbox(i).SetText("");
       continue;
     }
@@ -98,14 +100,14 @@ void VellumMain::CountIntoProgress() {
   // The siblings hear of a counted QSO once links to them exist; until then nobody listens.
   UpdateProgress(
       Log(), progress, true, ProgressNotifications{},
-      [this](int number, const std::string& where) { app_.common.ReportError(number, where); });
+      [this](int number, const std::string& where) { page_.common.ReportError(number, where); });
   ProgressPosition.Repositioned();
 }
 
 bool VellumMain::PendingEndTimeAndValidation() {
   if (!LogHasRows()) return true;
-  if (Fieldbox(20).Text().empty()) {
-    if (app_.setup().AutoSetDateTimeCheck.Value() == 1) {
+  if (Fieldbox(field::QSO_End).Text().empty()) {
+    if (page_.config.AutoSetDateTime()) {
       SetQSOEndTime();
     } else {
       DefaultQSOEndTime();
@@ -117,19 +119,20 @@ bool VellumMain::PendingEndTimeAndValidation() {
 // ---- Time stamps ----
 
 void VellumMain::SetQSOStartTime() {
-  app_.module.QSOStartTime = app_.common.utc().CurrentTime();
-  Fieldbox(19).SetText(vb::FormatDate(app_.module.QSOStartTime, kQSODateTimeFormat));
-  app_.module.SetModified(true);
+  page_.module.QSOStartTime = page_.common.utc().CurrentTime();
+  Fieldbox(field::QSO_Begin).SetText(vb::FormatDate(page_.module.QSOStartTime, kQSODateTimeFormat));
+  page_.module.SetModified(true);
 }
 
 void VellumMain::SetQSOEndTime() {
-  Fieldbox(20).SetText(vb::FormatDate(app_.common.utc().CurrentTime(), kQSODateTimeFormat));
-  app_.module.SetModified(true);
+  Fieldbox(field::QSO_End)
+      .SetText(vb::FormatDate(page_.common.utc().CurrentTime(), kQSODateTimeFormat));
+  page_.module.SetModified(true);
 }
 
 void VellumMain::DefaultQSOEndTime() {
-  Fieldbox(20).SetText(Fieldbox(19).Text());
-  app_.module.SetModified(true);
+  Fieldbox(field::QSO_End).SetText(Fieldbox(field::QSO_Begin).Text());
+  page_.module.SetModified(true);
 }
 
 // ---- Commands ----
@@ -139,7 +142,7 @@ void VellumMain::NewCmd_Click() {
     if (LogHasRows()) {
       if (!PendingEndTimeAndValidation()) return;
       db::Recordset& rs = Log();
-      if (app_.module.RecordModified()) {
+      if (page_.module.RecordModified()) {
         if (rs.EditMode() == db::dbEditNone) rs.Edit();
         UpdateLogRow();
         CountIntoProgress();
@@ -152,7 +155,7 @@ void VellumMain::NewCmd_Click() {
     BeginNewRow(true);
     UpdateCaption();
     FocusCallsign();
-    app_.module.EnableLogActions(true);
+    page_.module.EnableLogActions(true);
   });
 }
 
@@ -160,12 +163,13 @@ void VellumMain::SaveCmd_Click() {
   RunCommand("SaveCmd_Click", [&] {
     if (!PendingEndTimeAndValidation()) return;
     db::Recordset& rs = Log();
-    if (app_.module.RecordModified()) {
+    if (page_.module.RecordModified()) {
       if (rs.EditMode() == db::dbEditNone) rs.Edit();
       LogPosition.UpdateRecord();
       // Saving a QSO by hand repairs it; the count below marks it again if it still can't be
       // counted.
-      if (vb::UpperAscii(Fieldbox(32).Text()) == "Y") rs.Fields("BROKEN").SetValue(vb::Variant(""));
+      if (vb::UpperAscii(Fieldbox(field::BROKEN).Text()) == "Y")
+        rs.Fields("BROKEN").SetValue(vb::Variant(""));
       rs.Update();
       CountIntoProgress();
     }
@@ -179,7 +183,7 @@ void VellumMain::SaveCmd_Click() {
       SaveButton = 0;
       BeginNewRow(false);
       UpdateCaption();
-      app_.module.EnableLogActions(true);
+      page_.module.EnableLogActions(true);
     }
     FocusCallsign();
   });
@@ -188,21 +192,21 @@ void VellumMain::SaveCmd_Click() {
 void VellumMain::RevertCmd_click() {
   RunCommand("RevertCmd_click", [&] {
     LogPosition.UpdateControls();
-    app_.module.SetModified(false);
-    Fieldbox(1).SetFocus();
+    page_.module.SetModified(false);
+    Fieldbox(field::Call).SetFocus();
   });
 }
 
 void VellumMain::DeleteCmd_click() {
-  VellumModule& module = app_.module;
+  VellumModule& module = page_.module;
   RunCommand("DeleteCmd_click", [&] {
     db::Recordset& rs = Log();
     if (DeleteButton == ui::vbRightButton) {
       // The right button: the whole Log Page Display.
       if (!LogHasRows()) return;
       const long rows = CountRows(rs);
-      const int answer = app_.desktop.MsgBox("Delete " + std::to_string(rows) + " Log Page QSOs?",
-                                             ui::vbYesNo, kApplicationTitle);
+      const int answer = page_.desktop.MsgBox("Delete " + std::to_string(rows) + " Log Page QSOs?",
+                                              ui::vbYesNo, kApplicationTitle);
       if (answer != ui::vbYes) return;
       if (rs.EditMode() != db::dbEditNone) rs.CancelUpdate();
       rs.MoveFirst();
@@ -211,7 +215,7 @@ void VellumMain::DeleteCmd_click() {
         rs.MoveNext();
       }
       module.CloseLog();
-      module.OpenLog(app_.setup().LogPathname.Text(), false);
+      module.OpenLog(page_.config.LogPathname(), false);
       ClearFieldErrors();
       module.SetModified(false);
       module.EnableLogActions(true);
@@ -230,15 +234,15 @@ void VellumMain::DeleteCmd_click() {
       previous = rs.Bookmark();
       rs.MoveNext();
     }
-    if (app_.setup().ConfirmDeleteCheck.Value() == 1) {
-      if (app_.desktop.MsgBox("Delete current QSO?", ui::vbYesNo, kApplicationTitle) == ui::vbYes)
+    if (page_.config.ConfirmDelete()) {
+      if (page_.desktop.MsgBox("Delete current QSO?", ui::vbYesNo, kApplicationTitle) == ui::vbYes)
         rs.Delete();
     } else {
       rs.Delete();
     }
     if (CountRows(rs) == 0) {
       module.CloseLog();
-      module.OpenLog(app_.setup().LogPathname.Text(), false);
+      module.OpenLog(page_.config.LogPathname(), false);
     } else {
       LogPosition.RowsChanged();
       if (wasFirst) {
@@ -248,7 +252,7 @@ void VellumMain::DeleteCmd_click() {
       }
       Log().Edit();
       SetFieldEnable(true);
-      Fieldbox(1).SetFocus();
+      Fieldbox(field::Call).SetFocus();
     }
     ClearFieldErrors();
     module.SetModified(false);
@@ -261,13 +265,14 @@ void VellumMain::DeleteCmd_click() {
 
 void VellumMain::ConfirmCmd_Click() {
   if (CommandBusy) return;
-  const std::string received = vb::UpperAscii(Fieldbox(8).Text());
+  const std::string received = vb::UpperAscii(Fieldbox(field::QSL_Rcvd).Text());
   if (received != "Y" && received != "V" && VerificationNeeded())
-    app_.desktop.MsgBox("Send this QSL card to the DXCC desk!", ui::vbOKOnly, kApplicationTitle);
-  Fieldbox(8).SetText("Y");
-  if (vb::UpperAscii(Fieldbox(9).Text()) != "Y") Fieldbox(9).SetText("R");
-  app_.module.SetModified(true);
-  Fieldbox(17).SetText(vb::FormatDate(app_.common.utc().CurrentTime(), "mm/dd/yy"));
+    page_.desktop.MsgBox("Send this QSL card to the DXCC desk!", ui::vbOKOnly, kApplicationTitle);
+  Fieldbox(field::QSL_Rcvd).SetText("Y");
+  if (vb::UpperAscii(Fieldbox(field::QSL_Sent).Text()) != "Y")
+    Fieldbox(field::QSL_Sent).SetText("R");
+  page_.module.SetModified(true);
+  Fieldbox(field::QSLRDATE).SetText(vb::FormatDate(page_.common.utc().CurrentTime(), "mm/dd/yy"));
   CommandBusy = false;
   SaveCmd_Click();
   FilterField.SetFocus();
@@ -275,8 +280,8 @@ void VellumMain::ConfirmCmd_Click() {
 
 void VellumMain::VerifyCmd_Click() {
   if (CommandBusy) return;
-  Fieldbox(8).SetText("V");
-  app_.module.SetModified(true);
+  Fieldbox(field::QSL_Rcvd).SetText("V");
+  page_.module.SetModified(true);
   CommandBusy = false;
   SaveCmd_Click();
   FilterField.SetFocus();
@@ -286,19 +291,19 @@ void VellumMain::VerifyCmd_Click() {
 
 void VellumMain::LogFirstCmd_Click() {
   if (CommandBusy || !LogHasRows()) return;
-  WithFailureTail(app_.common.errorLog(), "VellumMain.LogFirstCmd_Click",
+  WithFailureTail(page_.common.errorLog(), "VellumMain.LogFirstCmd_Click",
                   [&] { LogPosition.MoveFirst(); });
 }
 
 void VellumMain::LogLastCmd_Click() {
   if (CommandBusy || !LogHasRows()) return;
-  WithFailureTail(app_.common.errorLog(), "VellumMain.LogLastCmd_Click",
+  WithFailureTail(page_.common.errorLog(), "VellumMain.LogLastCmd_Click",
                   [&] { LogPosition.MoveLast(); });
 }
 
 void VellumMain::LogPrevCmd_Click() {
   if (CommandBusy) return;
-  WithFailureTail(app_.common.errorLog(), "VellumMain.LogPrevCmd_Click", [&] {
+  WithFailureTail(page_.common.errorLog(), "VellumMain.LogPrevCmd_Click", [&] {
     if (!Log() || Log().BOF()) return;
     Log().MovePrevious();
     if (Log().BOF()) {
@@ -311,7 +316,7 @@ void VellumMain::LogPrevCmd_Click() {
 
 void VellumMain::LogNextCmd_Click() {
   if (CommandBusy) return;
-  WithFailureTail(app_.common.errorLog(), "VellumMain.LogNextCmd_Click", [&] {
+  WithFailureTail(page_.common.errorLog(), "VellumMain.LogNextCmd_Click", [&] {
     if (!Log() || Log().EOF_()) return;
     Log().MoveNext();
     if (Log().EOF_()) {
@@ -324,91 +329,95 @@ void VellumMain::LogNextCmd_Click() {
 
 void VellumMain::LogGrid_RowColChange(const db::BookmarkValue& lastRow, int lastCol) {
   (void)lastCol;
-  if (app_.dxcc.SuppressLookup()) return;
+  if (page_.dxcc.SuppressLookup()) return;
   db::BookmarkValue current;
   IgnoringErrors([&] { current = Log().Bookmark(); });
   if (current == lastRow) return;
-  const std::string call = Fieldbox(1).Text();
+  const std::string call = Fieldbox(field::Call).Text();
   // The map program follows the cursor through the log once it is linked; the local lookup
   // fills the lookup slots in its place.
-  if (!call.empty()) app_.dxcc.Lookup(call);
+  if (!call.empty()) page_.dxcc.Lookup(call);
 }
 
-void VellumMain::LogGrid_AfterUpdate() { app_.module.SetModified(false); }
+void VellumMain::LogGrid_AfterUpdate() { page_.module.SetModified(false); }
 
 // ---- The defaults of a new QSO, when its callsign is entered ----
 
 void VellumMain::InitializeQSO() {
-  VellumModule& module = app_.module;
-  VellumSetup& setup = app_.setup();
+  VellumModule& module = page_.module;
+  const Configuration& config = page_.config;
   for (int i = 0; i < kFieldCount; ++i) {
     if (!Fieldbox(i).Text().empty() || !module.PrevFields.PrevFieldPersistent(i)) continue;
     // The transceiver program's frequency and mode take the place of the remembered ones once
     // it is linked; until then the remembered values serve.
     if (module.PrevFields.PrevFieldPresent(i)) Fieldbox(i).SetText(module.GetPrevFieldValue(i));
     // The band follows a frequency; without one, a band the operator picked stays.
-    if (i == 4 && !Fieldbox(4).Text().empty()) {
-      IgnoringErrors(
-          [&] { Fieldbox(0).SetText(app_.bands.GetBandNameForFreq(vb::Val(Fieldbox(4).Text()))); });
-    }
-  }
-  module.InitializeField(7, setup.MyCallsign.Text());
-  module.InitializeField(18, setup.TransmitPower.Text());
-  module.InitializeField(21, setup.QSLMsg.Text());
-  if (setup.AutoSetDateTimeCheck.Value() == 1) SetQSOStartTime();
-  // The callbook is asked once it is installed; the map program answers the lookup once it is
-  // linked. Until then the local lookup fills the slots.
-  LookupSlots& slots = app_.lookupSlots;
-  slots.ClearLookup();
-  app_.dxcc.Lookup(Fieldbox(1).Text());
-  module.InitializeField(3, slots.DXCCID);
-  module.InitializeField(2, slots.DXCCPrefix);
-  module.InitializeField(22, slots.Cont);
-  module.InitializeField(24, slots.CQ);
-  module.InitializeField(23, slots.ITU);
-  if (!Fieldbox(27).Text().empty()) {
-    // A serial that isn't a number stays as it is: the increment's error is passed over.
-    const std::string sent = Fieldbox(30).Text();
-    if (sent.empty()) {
-      Fieldbox(30).SetText("1");
-    } else {
+    if (i == field::Freq && !Fieldbox(field::Freq).Text().empty()) {
       IgnoringErrors([&] {
-        Fieldbox(30).SetText(std::to_string(vb::CInt(vb::Variant(sent).ToDouble()) + 1));
+        Fieldbox(field::Band)
+            .SetText(page_.bands.GetBandNameForFreq(vb::Val(Fieldbox(field::Freq).Text())));
       });
     }
-    module.SetPrevFieldValue(30, Fieldbox(30).Text());
   }
-  if (setup.RunCheck.Value() == 1) {
-    const char* report = IsPhoneMode(Fieldbox(5).Text()) ? "59" : "599";
-    Fieldbox(14).SetText(report);
-    Fieldbox(13).SetText(report);
+  module.InitializeField(field::Operator, config.MyCallsign());
+  module.InitializeField(field::TX_Power, config.TransmitPower());
+  module.InitializeField(field::QSLMsg, config.QSLMessage());
+  if (config.AutoSetDateTime()) SetQSOStartTime();
+  // The callbook is asked once it is installed; the map program answers the lookup once it is
+  // linked. Until then the local lookup fills the slots.
+  LookupSlots& slots = page_.lookupSlots;
+  slots.ClearLookup();
+  page_.dxcc.Lookup(Fieldbox(field::Call).Text());
+  module.InitializeField(field::DXCCID, slots.DXCCID);
+  module.InitializeField(field::DXCCPrefix, slots.DXCCPrefix);
+  module.InitializeField(field::CONT, slots.Cont);
+  module.InitializeField(field::CQZ, slots.CQ);
+  module.InitializeField(field::ITUZ, slots.ITU);
+  if (!Fieldbox(field::CONTEST_ID).Text().empty()) {
+    // A serial that isn't a number stays as it is: the increment's error is passed over.
+    const std::string sent = Fieldbox(field::STX).Text();
+    if (sent.empty()) {
+      Fieldbox(field::STX).SetText("1");
+    } else {
+      IgnoringErrors([&] {
+        Fieldbox(field::STX).SetText(std::to_string(vb::CInt(vb::Variant(sent).ToDouble()) + 1));
+      });
+    }
+    module.SetPrevFieldValue(field::STX, Fieldbox(field::STX).Text());
+  }
+  if (config.RunMode()) {
+    const char* report = IsPhoneMode(Fieldbox(field::Mode).Text()) ? "59" : "599";
+    Fieldbox(field::RST_Sent).SetText(report);
+    Fieldbox(field::RST_Rcvd).SetText(report);
   }
 }
 
 // ---- Whether a card is worth verifying ----
 
 bool VellumMain::VerificationNeeded() {
-  const std::string code = Fieldbox(3).Text();
+  const std::string code = Fieldbox(field::DXCCID).Text();
   if (code.empty()) return false;
   db::Recordset& progress = ProgressPosition.Recordset();
   if (!progress) return false;
   progress.FindFirst("CountryCode = '" + code + "'");
   if (progress.NoMatch()) {
-    std::string when = Fieldbox(19).Text();
-    IgnoringErrors([&] { when = vb::FormatDate(vb::CDate(Fieldbox(19).Text()), "ddddd hh:nn"); });
-    app_.desktop.MsgBox(
-        "can't find DXCC code " + code + " for " + Fieldbox(1).Text() + " @ " + when, ui::vbOKOnly,
-        kApplicationTitle);
+    std::string when = Fieldbox(field::QSO_Begin).Text();
+    IgnoringErrors([&] {
+      when = vb::FormatDate(vb::CDate(Fieldbox(field::QSO_Begin).Text()), "ddddd hh:nn");
+    });
+    page_.desktop.MsgBox(
+        "can't find DXCC code " + code + " for " + Fieldbox(field::Call).Text() + " @ " + when,
+        ui::vbOKOnly, kApplicationTitle);
     return false;
   }
   ProgressPosition.Repositioned();
   auto needed = [&](int column) {
     if (column == -1) return false;
-    return app_.setup().AwardCheck(column).Value() == 1 && ARRLVerified(column) &&
+    return page_.config.AwardTracked(column) && ARRLVerified(column) &&
            progress.Fields(column).Value().ToStringOrEmpty() != "V";
   };
-  const bool modeNeeded = needed(ModeProgressField(Fieldbox(5).Text()));
-  const bool bandNeeded = needed(BandProgressField(Fieldbox(0).Text()));
+  const bool modeNeeded = needed(ModeProgressField(Fieldbox(field::Mode).Text()));
+  const bool bandNeeded = needed(BandProgressField(Fieldbox(field::Band).Text()));
   return modeNeeded || bandNeeded;
 }
 

@@ -6,6 +6,7 @@
 #include "config/vellum_setup.h"
 #include "frame/error_log.h"
 #include "frame/version.h"
+#include "logpage/log_page.h"
 #include "logpage/log_page_helpers.h"
 #include "logpage/side_forms.h"
 #include "logpage/vellum_main.h"
@@ -16,9 +17,10 @@
 #include "platform/vb/error.h"
 #include "platform/vb/format.h"
 #include "platform/vb/text.h"
-#include "program/application.h"
 
 namespace vellumar {
+
+namespace field = logstore::field;
 namespace {
 
 constexpr int kEarliestYear = 1930;  // a QSO or card date before it is a typing error
@@ -79,26 +81,26 @@ bool VellumMain::FieldErrors() const {
 bool VellumMain::ValidField(int index) {
   const std::string& text = Fieldbox(index).Text();
   auto widthRule = [&] {
-    const bool exceeded = static_cast<int>(vb::Len(text)) > app_.module.FieldWidth(index);
+    const bool exceeded = static_cast<int>(vb::Len(text)) > page_.module.FieldWidth(index);
     SetFieldError(index, exceeded);
     return !exceeded;
   };
   switch (index) {
-    case 1:
+    case field::Call:
       if (text.empty()) {
         SetFieldError(index, true);
         return false;
       }
       return widthRule();
-    case 19:
-    case 20: {
+    case field::QSO_Begin:
+    case field::QSO_End: {
       const std::optional<int> year = text.empty() ? std::nullopt : YearOf(text);
       const bool valid = year && *year >= kEarliestYear;
       SetFieldError(index, !valid);
       return valid;
     }
-    case 16:
-    case 17: {
+    case field::QSLSDATE:
+    case field::QSLRDATE: {
       if (text.empty()) {
         SetFieldError(index, false);
         return true;
@@ -110,7 +112,7 @@ bool VellumMain::ValidField(int index) {
       }
       return widthRule();
     }
-    case 34:
+    case field::ADDRESS:
       SetFieldError(index, false);
       return true;
     default:
@@ -164,54 +166,54 @@ void VellumMain::Fieldbox_KeyDown(int index, int& keyCode, int shift) {
     }
   }
   // Any other key marks the QSO modified, even one that changes nothing.
-  WithFailureTail(app_.common.errorLog(), "VellumMain.Fieldbox_KeyDown", [&] {
+  WithFailureTail(page_.common.errorLog(), "VellumMain.Fieldbox_KeyDown", [&] {
     BeginEdit();
-    app_.module.SetModified(true);
+    page_.module.SetModified(true);
   });
 }
 
 void VellumMain::Fieldbox_KeyPress(int index, int& keyAscii) {
   const bool enter = keyAscii == ui::vbKeyReturn;
   switch (index) {
-    case 1:
+    case field::Call:
       if (!enter) {
         if (keyAscii > 0 && keyAscii < 128) keyAscii = vb::UpperAscii(static_cast<char>(keyAscii));
         return;
       }
       keyAscii = 0;
-      if (!Fieldbox(1).Text().empty()) {
+      if (!Fieldbox(field::Call).Text().empty()) {
         // The spot program hears of the station once it is linked.
         InitializeQSO();
-        if (app_.setup().RunCheck.Value() == 1) NewCmd_Click();
+        if (page_.config.RunMode()) NewCmd_Click();
       }
-      if (!Fieldbox(27).Text().empty() && Fieldbox(29).Enabled()) {
-        Fieldbox(29).SetFocus();
+      if (!Fieldbox(field::CONTEST_ID).Text().empty() && Fieldbox(field::SRX).Enabled()) {
+        Fieldbox(field::SRX).SetFocus();
       } else {
-        Fieldbox(14).SetFocus();
+        Fieldbox(field::RST_Sent).SetFocus();
       }
       return;
-    case 14:
-      if (enter) Fieldbox(13).SetFocus();
+    case field::RST_Sent:
+      if (enter) Fieldbox(field::RST_Rcvd).SetFocus();
       return;
-    case 13:
-      if (enter) Fieldbox(6).SetFocus();
+    case field::RST_Rcvd:
+      if (enter) Fieldbox(field::Name).SetFocus();
       return;
-    case 6:
-      if (enter) Fieldbox(12).SetFocus();
+    case field::Name:
+      if (enter) Fieldbox(field::QTH).SetFocus();
       return;
-    case 12:
-      if (enter) Fieldbox(10).SetFocus();
+    case field::QTH:
+      if (enter) Fieldbox(field::QSL_Via).SetFocus();
       return;
-    case 4: {
+    case field::Freq: {
       const bool point = keyAscii == '.';
-      if (point && Fieldbox(4).Text().find('.') == std::string::npos) return;
+      if (point && Fieldbox(field::Freq).Text().find('.') == std::string::npos) return;
       if (!point && (IsDigit(keyAscii) || keyAscii == ui::vbKeyBack || keyAscii == kKeyCtrlC ||
                      keyAscii == kKeyCtrlV))
         return;
       keyAscii = 0;
       return;
     }
-    case 3:
+    case field::DXCCID:
       if (IsDigit(keyAscii) || keyAscii == ui::vbKeyBack || keyAscii == kKeyCtrlC ||
           keyAscii == kKeyCtrlV)
         return;
@@ -226,24 +228,24 @@ void VellumMain::Fieldbox_KeyUp(int index, int& keyCode, int shift) {
   (void)keyCode;
   (void)shift;
   const std::string text = Fieldbox(index).Text();
-  WithFailureTail(app_.common.errorLog(), "VellumMain.Fieldbox_KeyUp", [&] {
-    if (index == 4) {
+  WithFailureTail(page_.common.errorLog(), "VellumMain.Fieldbox_KeyUp", [&] {
+    if (index == field::Freq) {
       if (text.empty()) {
-        Fieldbox(0).SetText("");
+        Fieldbox(field::Band).SetText("");
         return;
       }
-      Fieldbox(0).SetText(app_.bands.GetBandNameForFreq(vb::Val(text)));
-    } else if (index == 3) {
+      Fieldbox(field::Band).SetText(page_.bands.GetBandNameForFreq(vb::Val(text)));
+    } else if (index == field::DXCCID) {
       // The prefix list follows the code typed; the prefix box keeps its value until the
       // operator picks from the list.
-      if (!app_.common.IsInteger(text)) {
-        MoveComboQuietly(2, Fieldcombo(2).ListCount() > 0 ? 0 : -1);
+      if (!page_.common.IsInteger(text)) {
+        MoveComboQuietly(2, Fieldcombo(field::DXCCPrefix).ListCount() > 0 ? 0 : -1);
       } else {
         int target = 0;
         DXCCDynaset.FindFirst("CountryCode = " + text);
         if (!DXCCDynaset.NoMatch()) {
           const std::string prefix = DXCCDynaset.Fields("DXCCPrefix").Value().ToStringOrEmpty();
-          ui::ComboBox& combo = Fieldcombo(2);
+          ui::ComboBox& combo = Fieldcombo(field::DXCCPrefix);
           for (int i = 0; i < combo.ListCount(); ++i)
             if (vb::EqualsIgnoreCase(combo.List(i), prefix)) {
               target = i;
@@ -253,7 +255,7 @@ void VellumMain::Fieldbox_KeyUp(int index, int& keyCode, int shift) {
         MoveComboQuietly(2, target);
       }
     }
-    app_.module.SetPrevFieldValue(index, text);
+    page_.module.SetPrevFieldValue(index, text);
   });
 }
 
@@ -262,29 +264,29 @@ void VellumMain::Fieldbox_KeyUp(int index, int& keyCode, int shift) {
 void VellumMain::MoveComboQuietly(int index, int listIndex) {
   ComboEchoIgnored[index] = true;
   Fieldcombo(index).SetListIndex(listIndex);
-  app_.loop.Yield();
+  page_.loop.Yield();
   ComboEchoIgnored[index] = false;
 }
 
 void VellumMain::Fieldbox_Change(int index) {
   SetFieldError(index, false);
   const std::string& text = Fieldbox(index).Text();
-  if (index == 8) {
+  if (index == field::QSL_Rcvd) {
     const std::string s = vb::UpperAscii(text);
     ConfirmCmd.SetEnabled(s != "V" && s != "Y");
     VerifyCmd.SetEnabled(s == "Y");
-  } else if (index == 2) {
-    QSOFrame.SetCaption("QSO: " + app_.dxcc.GetDXCCName(text));
+  } else if (index == field::DXCCPrefix) {
+    QSOFrame.SetCaption("QSO: " + page_.dxcc.GetDXCCName(text));
   }
   if (FieldChanged[index]) {
     FieldChanged[index] = false;
     return;
   }
   if (!Fieldcombo.Exists(index)) {
-    if (index == 19 || index == 20) {
+    if (index == field::QSO_Begin || index == field::QSO_End) {
       const std::optional<double> date = vb::ParseDate(text);
       DateBox(index).SetText(date ? vb::FormatDate(*date, DateTimeFormat()) : text);
-    } else if (index == 16 || index == 17) {
+    } else if (index == field::QSLSDATE || index == field::QSLRDATE) {
       const std::optional<double> date = vb::ParseDate(text);
       DateBox(index).SetText(date ? vb::FormatDate(*date, "ddddd") : text);
     }
@@ -310,31 +312,32 @@ void VellumMain::Fieldcombo_Click(int index) {
     ComboEchoIgnored[index] = false;
     return;
   }
-  WithFailureTail(app_.common.errorLog(), "VellumMain.Fieldcombo_Click", [&] {
+  WithFailureTail(page_.common.errorLog(), "VellumMain.Fieldcombo_Click", [&] {
     BeginEdit();
-    app_.module.SetModified(true);
+    page_.module.SetModified(true);
     FieldChanged[index] = true;
     ui::ComboBox& combo = Fieldcombo(index);
-    if (index == 8) {
-      const std::string before = vb::UpperAscii(Fieldbox(8).Text());
+    if (index == field::QSL_Rcvd) {
+      const std::string before = vb::UpperAscii(Fieldbox(field::QSL_Rcvd).Text());
       const std::string after = vb::UpperAscii(combo.Text());
-      if (before != "Y" && after == "Y" && Fieldbox(17).Text().empty())
-        Fieldbox(17).SetText(vb::FormatDate(app_.common.utc().CurrentTime(), "ddddd"));
+      if (before != "Y" && after == "Y" && Fieldbox(field::QSLRDATE).Text().empty())
+        Fieldbox(field::QSLRDATE)
+            .SetText(vb::FormatDate(page_.common.utc().CurrentTime(), "ddddd"));
       if (before != "Y" && before != "V" && after == "Y" && VerificationNeeded())
-        app_.desktop.MsgBox("Send this QSL card to the DXCC desk!", ui::vbOKOnly,
-                            kApplicationTitle);
+        page_.desktop.MsgBox("Send this QSL card to the DXCC desk!", ui::vbOKOnly,
+                             kApplicationTitle);
     }
-    if (index == 2) {
+    if (index == field::DXCCPrefix) {
       const int i = combo.ListIndex();
       if (i > -1) {
         const std::string code = std::to_string(combo.ItemData(i));
-        Fieldbox(3).SetText(code == "0" ? "" : code);
+        Fieldbox(field::DXCCID).SetText(code == "0" ? "" : code);
       }
     }
     // The box takes the list's text; its Change knows the echo by FieldChanged.
     if (Fieldbox(index).Text() == combo.Text()) FieldChanged[index] = false;
     Fieldbox(index).SetText(combo.Text());
-    app_.module.SetPrevFieldValue(index, combo.Text());
+    page_.module.SetPrevFieldValue(index, combo.Text());
   });
 }
 
@@ -342,22 +345,22 @@ void VellumMain::Fieldcombo_Click(int index) {
 
 void VellumMain::fieldbox_DblClick(int index) {
   switch (index) {
-    case 13:
-    case 14:
-      Fieldbox(index).SetText(IsPhoneMode(Fieldbox(5).Text()) ? "59" : "599");
-      app_.module.SetModified(true);
+    case field::RST_Rcvd:
+    case field::RST_Sent:
+      Fieldbox(index).SetText(IsPhoneMode(Fieldbox(field::Mode).Text()) ? "59" : "599");
+      page_.module.SetModified(true);
       return;
-    case 10:
-    case 34:
+    case field::QSL_Via:
+    case field::ADDRESS:
       // Opens the address editor on the field, once that window can edit addresses.
       return;
-    case 1: {
-      const std::string call = Fieldbox(1).Text();
+    case field::Call: {
+      const std::string call = Fieldbox(field::Call).Text();
       if (call.empty()) return;
       // The display narrows to the station's QSOs once the log filters exist; the lookup
       // follows the callsign meanwhile.
       FilterField.SetText(call);
-      app_.dxcc.Lookup(call);
+      page_.dxcc.Lookup(call);
       return;
     }
     default:
@@ -366,21 +369,21 @@ void VellumMain::fieldbox_DblClick(int index) {
 }
 
 void VellumMain::Fieldbox_OLEDragDrop(int index, const std::string* text, int& effect) {
-  if (index == 34) {
+  if (index == field::ADDRESS) {
     if (text == nullptr) {
       effect = 0;
       return;
     }
     // The address editor's tidying of a dropped address comes with that window.
-    Fieldbox(34).SetText(*text);
+    Fieldbox(field::ADDRESS).SetText(*text);
   } else {
     Fieldbox(index).SetText(text ? *text : std::string());
   }
   effect = 1;
   // A drop changes the QSO as typing does, so that the save writes it.
-  WithFailureTail(app_.common.errorLog(), "VellumMain.Fieldbox_OLEDragDrop", [&] {
+  WithFailureTail(page_.common.errorLog(), "VellumMain.Fieldbox_OLEDragDrop", [&] {
     BeginEdit();
-    app_.module.SetModified(true);
+    page_.module.SetModified(true);
   });
 }
 
@@ -390,13 +393,13 @@ void VellumMain::DateBox_KeyDown(int index, int& keyCode, int shift) {
   (void)index;
   (void)keyCode;
   (void)shift;
-  WithFailureTail(app_.common.errorLog(), "VellumMain.DateBox_KeyDown", [&] { BeginEdit(); });
+  WithFailureTail(page_.common.errorLog(), "VellumMain.DateBox_KeyDown", [&] { BeginEdit(); });
 }
 
 void VellumMain::DateBox_KeyUp(int index, int& keyCode, int shift) {
   (void)keyCode;
   (void)shift;
-  app_.module.SetModified(true);
+  page_.module.SetModified(true);
   FieldChanged[index] = true;
   if (Fieldbox(index).Text() == DateBox(index).Text()) FieldChanged[index] = false;
   Fieldbox(index).SetText(DateBox(index).Text());
@@ -406,18 +409,18 @@ void VellumMain::DateBox_Change(int index) { SetFieldError(index, false); }
 
 void VellumMain::DateBox_DblClick(int index) {
   switch (index) {
-    case 19:
+    case field::QSO_Begin:
       SetQSOStartTime();
       return;
-    case 20:
-      if (app_.setup().AutoSetDateTimeCheck.Value() == 1) {
+    case field::QSO_End:
+      if (page_.config.AutoSetDateTime()) {
         SetQSOEndTime();
       } else {
         DefaultQSOEndTime();
       }
       return;
     default:
-      Fieldbox(index).SetText(vb::FormatDate(app_.common.utc().CurrentTime(), "ddddd"));
+      Fieldbox(index).SetText(vb::FormatDate(page_.common.utc().CurrentTime(), "ddddd"));
       return;
   }
 }

@@ -6,13 +6,15 @@
 
 #include "config/vellum_setup.h"
 #include "frame/version.h"
+#include "logpage/log_page.h"
 #include "logpage/log_page_helpers.h"
 #include "platform/vb/convert.h"
 #include "platform/vb/error.h"
 #include "platform/vb/variant.h"
-#include "program/application.h"
 
 namespace vellumar {
+
+namespace field = logstore::field;
 namespace {
 
 inline constexpr int kProgressFieldCount = 18;
@@ -60,39 +62,39 @@ class ComboList final : public DXCCComboList {
 void VellumModule::Initialize() {
   started_ = false;
   LogWorkspace = db::DBEngine::Workspaces(0);
-  VellumMain& main = app_.main;
+  VellumMain& main = page_.main;
   main.DXBaseExportButton.SetValue(
-      SettingBool(app_.GetSetting("Configuration", "DXBaseExport", "false"), false));
+      SettingBool(page_.GetSetting("Configuration", "DXBaseExport", "false"), false));
   main.LoggerImportButton.SetValue(
-      SettingBool(app_.GetSetting("Configuration", "LoggerImport", "false"), false));
+      SettingBool(page_.GetSetting("Configuration", "LoggerImport", "false"), false));
   main.MMTTYImportButton.SetValue(
-      SettingBool(app_.GetSetting("Configuration", "MMTTYImport", "false"), false));
+      SettingBool(page_.GetSetting("Configuration", "MMTTYImport", "false"), false));
   main.DefaultCallsignCheckbox.SetValue(
-      SettingInt(app_.GetSetting("Configuration", "DefaultImportCallsign", "1"), 1));
+      SettingInt(page_.GetSetting("Configuration", "DefaultImportCallsign", "1"), 1));
   main.SaveImportErrorsCheck.SetValue(
-      SettingInt(app_.GetSetting("Configuration", "SaveImportErrors", "0"), 0));
+      SettingInt(page_.GetSetting("Configuration", "SaveImportErrors", "0"), 0));
   main.ImportDuplicateCheckbox.SetValue(1);
   LogFilteredFlag = false;
   main.FilterFrame.SetCaption("Filter: None");
-  app_.bands.InitializeBandArray(app_.DatabasesFolder() + "/Bands.txt");
+  page_.bands.InitializeBandArray(page_.DatabasesFolder() + "/Bands.txt");
   LogGridRows =
-      static_cast<int16_t>(SettingInt(app_.GetSetting("Configuration", "LogGridRows", "4"), 4));
+      static_cast<int16_t>(SettingInt(page_.GetSetting("Configuration", "LogGridRows", "4"), 4));
   InitializeCombos();
   InitializeFields();
-  app_.dxcc.OpenDXCCDatabase();
-  ComboList panel(main.Fieldcombo(2));
-  ComboList capture(app_.capture.DXCC);
-  app_.dxcc.InitializeDXCCCombo({&panel, &capture});
-  app_.common.errorLog().SetErrorLogPresent(false);
-  app_.dxcc.SetSuppressLookup(false);
+  page_.dxcc.OpenDXCCDatabase();
+  ComboList panel(main.Fieldcombo(field::DXCCPrefix));
+  ComboList capture(page_.capture.DXCC);
+  page_.dxcc.InitializeDXCCCombo({&panel, &capture});
+  page_.common.errorLog().SetErrorLogPresent(false);
+  page_.dxcc.SetSuppressLookup(false);
   InteropCaption.clear();
-  app_.common.localeInfo().Initialize();
+  page_.common.localeInfo().Initialize();
 }
 
 void VellumModule::Terminate() {
-  VellumMain& main = app_.main;
+  VellumMain& main = page_.main;
   auto save = [&](const char* key, const std::string& value) {
-    app_.SaveSetting("Configuration", key, value);
+    page_.SaveSetting("Configuration", key, value);
   };
   save("DXBaseExport", BoolText(main.DXBaseExportButton.Value()));
   save("LoggerImport", BoolText(main.LoggerImportButton.Value()));
@@ -104,7 +106,7 @@ void VellumModule::Terminate() {
   save("LogFontSize", SizeText(grid.Size));
   save("LogFontBold", BoolText(grid.Bold));
   save(" LogFontItalic", BoolText(grid.Italic));  // the key begins with a blank
-  const ui::Font& panel = main.Fieldbox(1).Font();
+  const ui::Font& panel = main.Fieldbox(field::Call).Font();
   save("LogPanelFontName", panel.Name);
   save("LogPanelFontSize", SizeText(panel.Size));
   save("LogPanelFontBold", BoolText(panel.Bold));
@@ -113,8 +115,8 @@ void VellumModule::Terminate() {
 
 void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {
   if (!FileExists(pathname)) return;
-  VellumMain& main = app_.main;
-  ui::Desktop& desktop = app_.desktop;
+  VellumMain& main = page_.main;
+  ui::Desktop& desktop = page_.desktop;
   int state = 0;
   try {
     state = 1;
@@ -167,7 +169,7 @@ void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {
       LogDatabase.Close();
       state = 9;
       LogDatabase = LogWorkspace.OpenDatabase(pathname);
-      app_.logSchema.CreateProgressTable(LogDatabase);
+      page_.logSchema.CreateProgressTable(LogDatabase);
       ProgressRecordset = LogDatabase.OpenRecordset("Progress", db::dbOpenDynaset);
       desktop.MsgBox(
           "Progress table has been re-initialized - click the ReCompute button on the "
@@ -197,8 +199,8 @@ void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {
 
     state = 13;
     LogIsOpen = true;
-    app_.setup().OpenLogCmd.SetEnabled(false);
-    app_.setup().BackupCmd.SetEnabled(true);
+    page_.setup().OpenLogCmd.SetEnabled(false);
+    page_.setup().BackupCmd.SetEnabled(true);
 
     state = 14;
     main.LogPosition.DatabaseName = pathname;
@@ -222,11 +224,11 @@ void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {
         main.LogPosition.MoveLast();
         main.LogPosition.Recordset().Edit();
       });
-      if (main.Visible()) main.Fieldbox(1).SetFocus();
+      if (main.Visible()) main.Fieldbox(field::Call).SetFocus();
     }
 
     state = 17;
-    ui::ComboBox& names = app_.advancedFilter.FieldNameCombo;
+    ui::ComboBox& names = page_.advancedFilter.FieldNameCombo;
     while (names.ListCount() > 0) names.RemoveItem(0);
     db::Fields fields = main.LogPosition.Recordset().Fields();
     for (int i = 0; i < fields.Count(); ++i) names.AddItem(fields[i].Name());
@@ -239,20 +241,20 @@ void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {
     state = 19;  // siblings hear of the new log once links exist
 
     state = 20;
-    if (app_.setup().Loaded()) app_.setup().SaveLogPathname();
+    if (page_.setup().Loaded()) page_.setup().SaveLogPathname();
   } catch (const vb::VbError& e) {
-    app_.common.ReportError(e.number(), "VellumModule.OpenLog, State = " + std::to_string(state) +
-                                            ", Pathname = " + pathname);
+    page_.common.ReportError(e.number(), "VellumModule.OpenLog, State = " + std::to_string(state) +
+                                             ", Pathname = " + pathname);
     CloseLog();
   }
 }
 
 bool VellumModule::AddMissingFieldDefinitions() {
-  return app_.logSchema.AddMissingFieldDefinitions(LogDatabase);
+  return page_.logSchema.AddMissingFieldDefinitions(LogDatabase);
 }
 
 void VellumModule::CloseLog() {
-  VellumMain& main = app_.main;
+  VellumMain& main = page_.main;
   if (LogIsOpen) {
     IgnoringErrors([&] { SaveLogOrder(); });
     IgnoringErrors([&] { SavePrevFieldValues(); });
@@ -268,16 +270,16 @@ void VellumModule::CloseLog() {
   LogIsOpen = false;
   IgnoringErrors([&] { EnableLogActions(false); });
   IgnoringErrors([&] {
-    app_.setup().OpenLogCmd.SetEnabled(true);
-    app_.setup().BackupCmd.SetEnabled(false);
+    page_.setup().OpenLogCmd.SetEnabled(true);
+    page_.setup().BackupCmd.SetEnabled(false);
   });
 }
 
 void VellumModule::EnableLogActions(bool enable) {
-  VellumMain& main = app_.main;
+  VellumMain& main = page_.main;
   for (ui::Control* c :
        std::initializer_list<ui::Control*>{&main.NewCmd, &main.ImportCmd, &main.FilterFrame,
-                                           &main.SortFrame, &app_.setup().LogLayout})
+                                           &main.SortFrame, &page_.setup().LogLayout})
     c->SetEnabled(enable);
   bool hasQSOs = false;
   if (enable) {
@@ -296,11 +298,11 @@ void VellumModule::EnableLogActions(bool enable) {
 }
 
 void VellumModule::SetModified(bool modified) {
-  app_.main.SaveCmd.SetEnabled(modified);
-  app_.main.RevertCmd.SetEnabled(modified);
+  page_.main.SaveCmd.SetEnabled(modified);
+  page_.main.RevertCmd.SetEnabled(modified);
   if (modified == RecordIsModified) return;
   RecordIsModified = modified;
-  app_.main.UpdateCaption();
+  page_.main.UpdateCaption();
 }
 
 void VellumModule::SetInteropCaption(const std::string& text) {

@@ -16,11 +16,11 @@
 
 namespace vellumar {
 
-class Application;
+class LogPage;
 
 class VellumModule {
  public:
-  explicit VellumModule(Application& app) : app_(app) {}
+  explicit VellumModule(LogPage& page) : page_(page) {}
 
   void Initialize();
   void Terminate();
@@ -107,7 +107,7 @@ class VellumModule {
   bool AddMissingFieldDefinitions();
   static void CheckFieldIndex(int index);
   std::array<bool, logstore::kQSOFieldCount> fieldCombo_{};  // the slot has a Fieldcombo
-  Application& app_;
+  LogPage& page_;
   bool started_ = false;  // Initialize has run
 };
 

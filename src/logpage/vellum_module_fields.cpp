@@ -4,14 +4,16 @@
 #include <algorithm>
 #include <string>
 
+#include "logpage/log_page.h"
 #include "logpage/vellum_main.h"
 #include "logpage/vellum_module.h"
 #include "logstore/field_table.h"
 #include "platform/vb/error.h"
 #include "platform/vb/text.h"
-#include "program/application.h"
 
 namespace vellumar {
+
+namespace field = logstore::field;
 namespace {
 
 constexpr int kAddressIndex = 34;
@@ -26,11 +28,11 @@ void VellumModule::CheckFieldIndex(int index) {
 
 void VellumModule::InitializeCombos() {
   fieldCombo_.fill(false);
-  VellumMain& main = app_.main;
+  VellumMain& main = page_.main;
   for (auto& combo : main.Fieldcombo) {
     const int index = combo->Index();
     fieldCombo_[static_cast<size_t>(index)] = true;
-    if (index == 2) continue;  // the DXCC prefixes come with the DXCC database
+    if (index == field::DXCCPrefix) continue;  // the DXCC prefixes come with the DXCC database
     combo->Clear();
     combo->AddItem("");
     for (const char* item : logstore::ComboItems(index)) combo->AddItem(item);
@@ -44,12 +46,12 @@ bool VellumModule::FieldIsCombo(int index) const {
 
 int VellumModule::FieldWidth(int index) const {
   CheckFieldIndex(index);
-  return static_cast<int>(app_.main.LogPosition.Recordset().Fields()[index].Size());
+  return static_cast<int>(page_.main.LogPosition.Recordset().Fields()[index].Size());
 }
 
 std::string VellumModule::FieldName(int index) const {
   CheckFieldIndex(index);
-  return app_.main.LogPosition.Recordset().Fields()[index].Name();
+  return page_.main.LogPosition.Recordset().Fields()[index].Name();
 }
 
 std::string VellumModule::FieldValue(const db::Recordset& recordset, int index) {
@@ -62,7 +64,7 @@ std::string VellumModule::FieldValue(const db::Recordset& recordset, int index) 
 
 void VellumModule::InitializeField(int index, const std::string& value) {
   CheckFieldIndex(index);
-  ui::TextBox& box = app_.main.Fieldbox(index);
+  ui::TextBox& box = page_.main.Fieldbox(index);
   if (!box.Text().empty()) return;
   const size_t limit =
       index == kAddressIndex ? kAddressLimit : static_cast<size_t>(std::max(0, FieldWidth(index)));
@@ -71,12 +73,12 @@ void VellumModule::InitializeField(int index, const std::string& value) {
 
 void VellumModule::InitializePrevFieldValues() {
   PrevFields.InitializePrevFieldValues(
-      [&](const std::string& key) { return app_.GetSetting(kConfiguration, key, ""); });
+      [&](const std::string& key) { return page_.GetSetting(kConfiguration, key, ""); });
 }
 
 void VellumModule::SavePrevFieldValues() {
   PrevFields.SavePrevFieldValues([&](const std::string& key, const std::string& value) {
-    app_.SaveSetting(kConfiguration, key, value);
+    page_.SaveSetting(kConfiguration, key, value);
   });
 }
 

@@ -5,13 +5,15 @@
 #include <string>
 
 #include "config/vellum_setup.h"
+#include "logpage/log_page.h"
 #include "logpage/vellum_module.h"
 #include "platform/vb/ascii.h"
 #include "platform/vb/error.h"
 #include "platform/vb/variant.h"
-#include "program/application.h"
 
 namespace vellumar {
+
+namespace field = logstore::field;
 namespace {
 
 constexpr const char* kLogGridSection = "LogGrid";
@@ -90,7 +92,7 @@ ui::GridColumn& EnsureColumn(ui::Grid& grid, int column) {
 // ---- The table ----
 
 int VellumModule::LogLayoutUpperBound() const {
-  const ui::Grid& layout = app_.setup().LogLayout;
+  const ui::Grid& layout = page_.setup().LogLayout;
   for (int row = layout.ArrayRowCount() - 1; row >= 0; --row)
     if (!layout.ArrayCell(row, kLayoutField).empty()) return row;
   return -1;
@@ -98,20 +100,20 @@ int VellumModule::LogLayoutUpperBound() const {
 
 void VellumModule::InitializeColumn(int column, int fieldIndex, const std::string& caption,
                                     const std::string& alignment) {
-  WithFailureTail(app_.common.errorLog(), "VellumModule.InitializeColumn", [&] {
+  WithFailureTail(page_.common.errorLog(), "VellumModule.InitializeColumn", [&] {
     const std::string field = LogRecordset.Fields(fieldIndex).Name();
-    ui::Grid& layout = app_.setup().LogLayout;
+    ui::Grid& layout = page_.setup().LogLayout;
     layout.SetArrayCell(column, kLayoutField, field);
     layout.SetArrayCell(column, kLayoutCaption, caption);
     layout.SetArrayCell(column, kLayoutAlignment, alignment);
-    EnsureColumn(app_.main.LogGrid, column).DataField = field;
+    EnsureColumn(page_.main.LogGrid, column).DataField = field;
   });
 }
 
 void VellumModule::InitializeLogLayout() {
-  WithState(app_.common.errorLog(), "InitializeLogLayout", [&](int& state) {
-    VellumMain& main = app_.main;
-    ui::Grid& layout = app_.setup().LogLayout;
+  WithState(page_.common.errorLog(), "InitializeLogLayout", [&](int& state) {
+    VellumMain& main = page_.main;
+    ui::Grid& layout = page_.setup().LogLayout;
 
     state = 1;
     main.LogGrid.SetAllowColMove(true);
@@ -119,13 +121,13 @@ void VellumModule::InitializeLogLayout() {
 
     state = 2;
     int stored = 0;
-    while (!app_.GetSetting(kLogGridSection, Key("FieldName", stored), "").empty()) ++stored;
+    while (!page_.GetSetting(kLogGridSection, Key("FieldName", stored), "").empty()) ++stored;
 
     state = 3;
     for (int c = 0; c < kLayoutColumns && c < static_cast<int>(layout.Columns().size()); ++c) {
       ui::GridColumn& column = layout.Columns()[static_cast<size_t>(c)];
-      column.Width = vb::Variant(app_.GetSetting(kLogGridSection, Key("LogLayoutColumnWidth", c),
-                                                 std::to_string(column.Width)))
+      column.Width = vb::Variant(page_.GetSetting(kLogGridSection, Key("LogLayoutColumnWidth", c),
+                                                  std::to_string(column.Width)))
                          .ToLong();
     }
 
@@ -149,9 +151,9 @@ void VellumModule::InitializeLogLayout() {
     } else {
       std::vector<ui::Grid::ArrayRow> rows;
       for (int i = 0; i < stored; ++i) {
-        rows.push_back({app_.GetSetting(kLogGridSection, Key("FieldName", i), ""),
-                        app_.GetSetting(kLogGridSection, Key("FieldCaption", i), ""),
-                        app_.GetSetting(kLogGridSection, Key("FieldAlignment", i), "")});
+        rows.push_back({page_.GetSetting(kLogGridSection, Key("FieldName", i), ""),
+                        page_.GetSetting(kLogGridSection, Key("FieldCaption", i), ""),
+                        page_.GetSetting(kLogGridSection, Key("FieldAlignment", i), "")});
       }
       layout.SetArray(std::move(rows));
     }
@@ -159,39 +161,39 @@ void VellumModule::InitializeLogLayout() {
     state = 6;
     const auto readFont = [&](const char* name, const char* size, const char* bold,
                               const char* italic, ui::Font font) {
-      font.Name = app_.GetSetting(kConfiguration, name, "MS Sans Serif");
+      font.Name = page_.GetSetting(kConfiguration, name, "MS Sans Serif");
       font.Size =
-          vb::Variant(app_.GetSetting(kConfiguration, size, SizeText(font.Size))).ToDouble();
-      font.Bold = vb::Variant(app_.GetSetting(kConfiguration, bold, BoolText(font.Bold))).ToBool();
+          vb::Variant(page_.GetSetting(kConfiguration, size, SizeText(font.Size))).ToDouble();
+      font.Bold = vb::Variant(page_.GetSetting(kConfiguration, bold, BoolText(font.Bold))).ToBool();
       font.Italic =
-          vb::Variant(app_.GetSetting(kConfiguration, italic, BoolText(font.Italic))).ToBool();
+          vb::Variant(page_.GetSetting(kConfiguration, italic, BoolText(font.Italic))).ToBool();
       return font;
     };
     // The italic keys begin with a blank.
     main.LogGrid.SetFont(readFont("LogFontName", "LogFontSize", "LogFontBold", " LogFontItalic",
                                   main.LogGrid.Font()));
     const ui::Font panel = readFont("LogPanelFontName", "LogPanelFontSize", "LogPanelFontBold",
-                                    " LogPanelFontItalic", main.Fieldbox(1).Font());
+                                    " LogPanelFontItalic", main.Fieldbox(field::Call).Font());
     for (auto& box : main.Fieldbox) box->SetFont(panel);
     for (auto& combo : main.Fieldcombo) combo->SetFont(panel);
   });
 }
 
 void VellumModule::SaveLogLayoutRow(int row) {
-  WithFailureTail(app_.common.errorLog(), "VellumModule.SaveLogLayoutRow", [&] {
-    const ui::Grid& layout = app_.setup().LogLayout;
-    app_.SaveSetting(kLogGridSection, Key("FieldName", row), layout.ArrayCell(row, kLayoutField));
-    app_.SaveSetting(kLogGridSection, Key("FieldCaption", row),
-                     layout.ArrayCell(row, kLayoutCaption));
-    app_.SaveSetting(kLogGridSection, Key("FieldAlignment", row),
-                     layout.ArrayCell(row, kLayoutAlignment));
+  WithFailureTail(page_.common.errorLog(), "VellumModule.SaveLogLayoutRow", [&] {
+    const ui::Grid& layout = page_.setup().LogLayout;
+    page_.SaveSetting(kLogGridSection, Key("FieldName", row), layout.ArrayCell(row, kLayoutField));
+    page_.SaveSetting(kLogGridSection, Key("FieldCaption", row),
+                      layout.ArrayCell(row, kLayoutCaption));
+    page_.SaveSetting(kLogGridSection, Key("FieldAlignment", row),
+                      layout.ArrayCell(row, kLayoutAlignment));
   });
 }
 
 void VellumModule::SaveLogLayout() {
-  WithFailureTail(app_.common.errorLog(), "VellumModule.SaveLogLayout", [&] {
+  WithFailureTail(page_.common.errorLog(), "VellumModule.SaveLogLayout", [&] {
     // Every row, and the empty one after them that ends the stored table.
-    const int rows = app_.setup().LogLayout.ArrayRowCount();
+    const int rows = page_.setup().LogLayout.ArrayRowCount();
     for (int row = 0; row <= rows; ++row) SaveLogLayoutRow(row);
   });
 }
@@ -202,21 +204,21 @@ namespace {
 
 // The format of a field's column: frequencies with three decimals, the QSO's times as the
 // configuration window says; the others as they are.
-std::string ColumnFormat(const VellumSetup& setup, const std::string& field) {
+std::string ColumnFormat(const Configuration& config, const std::string& field) {
   if (vb::EqualsIgnoreCase(field, "Freq")) return kFreqFormat;
   if (vb::EqualsIgnoreCase(field, "QSO_Begin") || vb::EqualsIgnoreCase(field, "QSO_End"))
-    return setup.GetDateTimeFormat();
+    return config.DateTimeFormat();
   return {};
 }
 
 // The width a column needs: the wider of two blanks and its caption, and as many "W"s as the
 // field holds characters, in the grid's font.
-int ColumnWidthByText(const Application& app, const db::Recordset& log, const std::string& field,
+int ColumnWidthByText(const LogPage& page, const db::Recordset& log, const std::string& field,
                       const std::string& caption) {
-  const ui::Font& font = app.main.LogGrid.Font();
+  const ui::Font& font = page.main.LogGrid.Font();
   const long size = log.Fields(field).Size();
-  return Common::Max(app.desktop.TextWidth(font, "  " + caption),
-                     app.desktop.TextWidth(font, std::string(static_cast<size_t>(size), 'W')));
+  return Common::Max(page.desktop.TextWidth(font, "  " + caption),
+                     page.desktop.TextWidth(font, std::string(static_cast<size_t>(size), 'W')));
 }
 
 // Three quarters of the grid's width. A grid the view hasn't laid out yet spans its window.
@@ -228,17 +230,16 @@ int ColumnWidthLimit(const VellumMain& main) {
 }  // namespace
 
 void VellumModule::FormatLogGrid() {
-  ui::Grid& grid = app_.main.LogGrid;
-  WithState(app_.common.errorLog(), "FormatLogGrid", [&](int& state) {
-    const VellumSetup& setup = app_.setup();
-    const ui::Grid& layout = setup.LogLayout;
+  ui::Grid& grid = page_.main.LogGrid;
+  WithState(page_.common.errorLog(), "FormatLogGrid", [&](int& state) {
+    const ui::Grid& layout = page_.setup().LogLayout;
 
     state = 1;
     // The grid has the table's columns and no others: a row deleted from the table takes its
     // column with it.
     const int count = LogLayoutUpperBound() + 1;
     grid.Columns().resize(static_cast<size_t>(count));
-    const int limit = ColumnWidthLimit(app_.main);
+    const int limit = ColumnWidthLimit(page_.main);
 
     for (int i = 0; i < count; ++i) {
       state = 2;
@@ -247,7 +248,7 @@ void VellumModule::FormatLogGrid() {
       const std::string caption = layout.ArrayCell(i, kLayoutCaption);
       column.DataField = field;
       column.Order =
-          vb::Variant(app_.GetSetting(kLogGridSection, Key("FieldOrder", i), std::to_string(i)))
+          vb::Variant(page_.GetSetting(kLogGridSection, Key("FieldOrder", i), std::to_string(i)))
               .ToInteger();
       column.Alignment = AlignmentOf(layout.ArrayCell(i, kLayoutAlignment));
       column.Caption = caption;
@@ -255,14 +256,14 @@ void VellumModule::FormatLogGrid() {
       if (field.empty()) continue;
 
       state = 3;
-      const int byText = ColumnWidthByText(app_, LogRecordset, field, caption);
-      const int stored = vb::Variant(app_.GetSetting(kLogGridSection, Key("LogColumnWidth", i),
-                                                     std::to_string(byText)))
+      const int byText = ColumnWidthByText(page_, LogRecordset, field, caption);
+      const int stored = vb::Variant(page_.GetSetting(kLogGridSection, Key("LogColumnWidth", i),
+                                                      std::to_string(byText)))
                              .ToLong();
       column.Width = Common::Min(stored, limit);
 
       state = 4;
-      column.NumberFormat = ColumnFormat(setup, field);
+      column.NumberFormat = ColumnFormat(page_.config, field);
     }
     state = 5;
   });
@@ -271,17 +272,17 @@ void VellumModule::FormatLogGrid() {
 }
 
 void VellumModule::RefreshLogGrid() {
-  WithFailureTail(app_.common.errorLog(), "VellumModule.RefreshLogGrid", [&] {
+  WithFailureTail(page_.common.errorLog(), "VellumModule.RefreshLogGrid", [&] {
     // The rows may have changed under the view (a walk that wrote to the log): the views read
     // them again, and the layout is applied afresh.
-    app_.main.LogPosition.RowsChanged();
+    page_.main.LogPosition.RowsChanged();
     FormatLogGrid();
   });
 }
 
 void VellumModule::SetColumnAlignment(int column, const std::string& alignment) {
-  WithFailureTail(app_.common.errorLog(), "VellumModule.SetColumnAlignment", [&] {
-    ui::Grid& grid = app_.main.LogGrid;
+  WithFailureTail(page_.common.errorLog(), "VellumModule.SetColumnAlignment", [&] {
+    ui::Grid& grid = page_.main.LogGrid;
     ColumnAt(grid, column).Alignment = AlignmentOf(alignment);
     grid.ColumnsChanged();
   });
@@ -290,8 +291,8 @@ void VellumModule::SetColumnAlignment(int column, const std::string& alignment) 
 // ---- Changes made in the LogLayout grid ----
 
 void VellumModule::HideLayoutColumn(int row) {
-  WithFailureTail(app_.common.errorLog(), "VellumModule.HideLayoutColumn", [&] {
-    ui::Grid& grid = app_.main.LogGrid;
+  WithFailureTail(page_.common.errorLog(), "VellumModule.HideLayoutColumn", [&] {
+    ui::Grid& grid = page_.main.LogGrid;
     if (row >= 0 && row < static_cast<int>(grid.Columns().size())) {
       grid.Columns()[static_cast<size_t>(row)].Visible = false;
       grid.ColumnsChanged();
@@ -301,15 +302,15 @@ void VellumModule::HideLayoutColumn(int row) {
 }
 
 void VellumModule::ChangeLayoutColumn(int row, int column) {
-  WithFailureTail(app_.common.errorLog(), "VellumModule.ChangeLayoutColumn", [&] {
+  WithFailureTail(page_.common.errorLog(), "VellumModule.ChangeLayoutColumn", [&] {
     // The text the user is entering in the cell, not yet stored there.
-    UpdateLayout(row, column, app_.setup().LogLayout.EditText());
+    UpdateLayout(row, column, page_.setup().LogLayout.EditText());
   });
 }
 
 void VellumModule::UpdateLayout(int row, int column, const std::string& value) {
-  WithFailureTail(app_.common.errorLog(), "VellumModule.UpdateLayout", [&] {
-    ui::Grid& layout = app_.setup().LogLayout;
+  WithFailureTail(page_.common.errorLog(), "VellumModule.UpdateLayout", [&] {
+    ui::Grid& layout = page_.setup().LogLayout;
     layout.SetArrayCell(row, column, value);
     SaveLogLayoutRow(row);
     if (column == kLayoutAlignment) {
@@ -319,7 +320,7 @@ void VellumModule::UpdateLayout(int row, int column, const std::string& value) {
     if ((column != kLayoutField && column != kLayoutCaption) || value.empty()) return;
 
     // A new field or a new caption: the row's column shows the row's field under its caption.
-    ui::Grid& grid = app_.main.LogGrid;
+    ui::Grid& grid = page_.main.LogGrid;
     const std::string field = layout.ArrayCell(row, kLayoutField);
     const std::string caption = layout.ArrayCell(row, kLayoutCaption);
     ui::GridColumn& shown = EnsureColumn(grid, row);
@@ -327,10 +328,10 @@ void VellumModule::UpdateLayout(int row, int column, const std::string& value) {
     shown.Caption = caption;
     shown.Visible = !field.empty();
     if (!field.empty()) {
-      const int width = Common::Min(ColumnWidthByText(app_, LogRecordset, field, caption),
-                                    ColumnWidthLimit(app_.main));
+      const int width = Common::Min(ColumnWidthByText(page_, LogRecordset, field, caption),
+                                    ColumnWidthLimit(page_.main));
       if (width != shown.Width) shown.Width = width;
-      shown.NumberFormat = ColumnFormat(app_.setup(), field);
+      shown.NumberFormat = ColumnFormat(page_.config, field);
     }
     grid.ColumnsChanged();
     SetColumnAlignment(row, layout.ArrayCell(row, kLayoutAlignment));
@@ -340,27 +341,29 @@ void VellumModule::UpdateLayout(int row, int column, const std::string& value) {
 // ---- Widths and order ----
 
 void VellumModule::SaveLogOrder() {
-  WithFailureTail(app_.common.errorLog(), "VellumModule.SaveLogOrder", [&] {
-    const auto& columns = app_.main.LogGrid.Columns();
+  WithFailureTail(page_.common.errorLog(), "VellumModule.SaveLogOrder", [&] {
+    const auto& columns = page_.main.LogGrid.Columns();
     for (int i = 0; i < static_cast<int>(columns.size()); ++i)
-      app_.SaveSetting(kLogGridSection, Key("FieldOrder", i),
-                       std::to_string(ui::DisplayOrder(columns, i)));
+      page_.SaveSetting(kLogGridSection, Key("FieldOrder", i),
+                        std::to_string(ui::DisplayOrder(columns, i)));
   });
 }
 
 void VellumModule::SaveLogGridColumnWidths() {
-  WithFailureTail(app_.common.errorLog(), "VellumModule.SaveLogGridColumnWidths", [&] {
-    const auto& columns = app_.main.LogGrid.Columns();
+  WithFailureTail(page_.common.errorLog(), "VellumModule.SaveLogGridColumnWidths", [&] {
+    const auto& columns = page_.main.LogGrid.Columns();
     for (int i = 0; i < static_cast<int>(columns.size()); ++i)
-      app_.SaveSetting(kLogGridSection, Key("LogColumnWidth", i),
-                       std::to_string(columns[static_cast<size_t>(i)].Width));
+      page_.SaveSetting(kLogGridSection, Key("LogColumnWidth", i),
+                        std::to_string(columns[static_cast<size_t>(i)].Width));
   });
 }
 
-void VellumModule::SaveLogLayoutGridColumnWidths() { app_.setup().SaveLogLayoutGridColumnWidths(); }
+void VellumModule::SaveLogLayoutGridColumnWidths() {
+  page_.setup().SaveLogLayoutGridColumnWidths();
+}
 
 void VellumModule::LogGridFormatError(int, const std::string& text) {
-  app_.common.WriteErrorLog("VellumModule.FormatLogGrid format error: " + text);
+  page_.common.WriteErrorLog("VellumModule.FormatLogGrid format error: " + text);
 }
 
 }  // namespace vellumar

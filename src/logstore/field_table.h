@@ -11,6 +11,48 @@ namespace vellumar::logstore {
 
 inline constexpr int kQSOFieldCount = 35;
 
+// The QSO's fields by their column names: each one's ordinal in QSOs, which is also the index of
+// its slot in the panel's control arrays and in every table of fields.
+namespace field {
+enum Field : int {
+  Band = 0,
+  Call = 1,
+  DXCCPrefix = 2,
+  DXCCID = 3,
+  Freq = 4,
+  Mode = 5,
+  Name = 6,
+  Operator = 7,
+  QSL_Rcvd = 8,
+  QSL_Sent = 9,
+  QSL_Via = 10,
+  Comment = 11,
+  QTH = 12,
+  RST_Rcvd = 13,
+  RST_Sent = 14,
+  State = 15,
+  QSLSDATE = 16,
+  QSLRDATE = 17,
+  TX_Power = 18,
+  QSO_Begin = 19,
+  QSO_End = 20,
+  QSLMsg = 21,
+  CONT = 22,
+  ITUZ = 23,
+  CQZ = 24,
+  IOTA = 25,
+  CNTY = 26,
+  CONTEST_ID = 27,
+  GRIDSQUARE = 28,
+  SRX = 29,
+  STX = 30,
+  PROVINCE = 31,
+  BROKEN = 32,
+  MYQTHID = 33,
+  ADDRESS = 34,
+};
+}  // namespace field
+
 struct FieldSlot {
   const char* label;    // FieldLabel caption; "" for none
   bool combo;           // a Fieldcombo on top of the Fieldbox
@@ -26,7 +68,8 @@ std::span<const char* const> ComboItems(int index);
 
 // Ordinals of the fields whose value a new QSO inherits from the previous one, and which are
 // kept in the settings between runs: Freq, Mode, CONTEST_ID, STX and MYQTHID.
-inline constexpr std::array<int, 5> kRememberedFields = {4, 5, 27, 30, 33};
+inline constexpr std::array<int, 5> kRememberedFields = {
+    field::Freq, field::Mode, field::CONTEST_ID, field::STX, field::MYQTHID};
 
 // The table of previous values: what the next new QSO is given. Values of the remembered
 // fields are read from and written to section "Configuration", keys "PrevFieldValue" + index.

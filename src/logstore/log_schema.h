@@ -5,7 +5,7 @@
 
 #include "frame/error_log.h"
 #include "platform/db/database.h"
-#include "platform/ui/desktop.h"
+#include "platform/services/desktop.h"
 
 namespace vellumar::logstore {
 

@@ -1,7 +1,6 @@
 #include "program/application.h"
 
 #include "awards/progress_init.h"
-#include "config/vellum_setup.h"
 #include "frame/version.h"
 #include "station/installed_files.h"
 
@@ -29,24 +28,46 @@ Application::Application(ApplicationPlatform platform)
             [this](int number, const std::string& where) { common.ReportError(number, where); }),
       logSchema(common.errorLog(),
                 [this](db::Database& log) {
-                  InitializeProgressTableFromDatabase(
-                      log, dxcc.GetDXCCRecordset(), module.ProgressRecordset,
-                      [this](int number, const std::string& where) {
-                        common.ReportError(number, where);
-                      });
+                  InitializeProgressTableFromDatabase(log, dxcc.GetDXCCRecordset(),
+                                                      module.ProgressRecordset,
+                                                      [this](int number, const std::string& where) {
+                                                        common.ReportError(number, where);
+                                                      });
                 }),
       qslQueue(desktop, common.errorLog()),
-      module(*this),
-      main(*this),
+      setupForm(std::make_unique<VellumSetup>(ConfigServices{
+          .loop = loop,
+          .desktop = desktop,
+          .settings = settings,
+          .common = common,
+          .logSchema = logSchema,
+          .loadedForms = [this] { return logPage.LoadedForms(); },
+      })),
+      logPage(LogPageServices{
+          .loop = loop,
+          .desktop = desktop,
+          .settings = settings,
+          .common = common,
+          .lookupSlots = lookupSlots,
+          .dxcc = dxcc,
+          .bands = bands,
+          .logSchema = logSchema,
+          .qslQueue = qslQueue,
+          .setup = *setupForm,
+          .endProcess = [this](int code) { EndProcess(code); },
+      }),
+      module(logPage.module),
+      main(logPage.main),
+      capture(logPage.capture),
+      cardPage(logPage.cardPage),
+      advancedFilter(logPage.advancedFilter),
+      addressEditor(logPage.addressEditor),
       installedData_(std::move(platform.installedData)),
       exitProcess_(std::move(platform.exitProcess)) {
-  setupForm = std::make_unique<VellumSetup>(*this);
   common.errorLog().SetUpdateCaption([this] { main.UpdateCaption(); });
 }
 
 Application::~Application() = default;
-
-VellumSetup& Application::setup() { return *setupForm; }
 
 void Application::Start() {
   // Files installed with the program are the user's own once copied: they are only put in

@@ -1,18 +1,18 @@
 #pragma once
-// The running program: one object that owns every module and window, so that a test can build
-// a fresh program in memory on a virtual clock with a scripted desktop, and the desktop program
-// builds the same one on the real platform.
+// The running program: one object that builds and owns every module and window, so that a test
+// can build a fresh program in memory on a virtual clock with a scripted desktop, and the desktop
+// program builds the same one on the real platform. The windows don't reach through it: each is
+// given the services it uses.
 #include <functional>
 #include <memory>
 #include <string>
 
+#include "config/vellum_setup.h"
 #include "frame/common.h"
 #include "frame/settings_store.h"
-#include "logpage/side_forms.h"
-#include "logpage/vellum_main.h"
-#include "logpage/vellum_module.h"
+#include "logpage/log_page.h"
 #include "logstore/log_schema.h"
-#include "platform/ui/event_loop.h"
+#include "platform/services/event_loop.h"
 #include "qsl/qsl_queue.h"
 #include "station/band_table.h"
 #include "station/dxcc_module.h"
@@ -21,14 +21,12 @@
 
 namespace vellumar {
 
-class VellumSetup;
-
 // What the program is given by the platform it runs on.
 struct ApplicationPlatform {
-  CommonContext common;        // data folder, UTC clock, desktop, host facts
-  ui::EventLoop& loop;         // timers and yields
-  std::string settingsRoot;    // folder of the settings files
-  std::string installedData;   // folder of the files installed with the program (DXCC.vdb...)
+  CommonContext common;       // data folder, UTC clock, desktop, host facts
+  ui::EventLoop& loop;        // timers and yields
+  std::string settingsRoot;   // folder of the settings files
+  std::string installedData;  // folder of the files installed with the program (DXCC.vdb...)
   // Ends the process at once with the code, without the orderly shut-down.
   std::function<void(int code)> exitProcess;
 };
@@ -60,16 +58,18 @@ class Application {
   BandTable bands;
   logstore::LogSchema logSchema;
   QSLQueue qslQueue;
-  VellumModule module;
 
-  // The windows.
-  VellumMain main;
+  // The windows: the configuration window below the Log page, which it tells of its changes.
   std::unique_ptr<VellumSetup> setupForm;
-  VellumSetup& setup();
-  Capture capture;
-  CardPage cardPage;
-  AdvancedFilter advancedFilter;
-  AddressEditor addressEditor;
+  VellumSetup& setup() { return *setupForm; }
+  LogPage logPage;
+  // The Log page's module and windows, by their names.
+  VellumModule& module;
+  VellumMain& main;
+  Capture& capture;
+  CardPage& cardPage;
+  AdvancedFilter& advancedFilter;
+  AddressEditor& addressEditor;
 
   // Settings of this program, under its title.
   std::string GetSetting(const std::string& section, const std::string& key,

@@ -4,9 +4,9 @@
 #include <functional>
 #include <string>
 
+#include "platform/bound/data_control.h"
 #include "platform/db/database.h"
-#include "platform/ui/data_control.h"
-#include "platform/ui/desktop.h"
+#include "platform/services/desktop.h"
 
 namespace vellumar {
 

@@ -8,7 +8,7 @@
 #include <QStyledItemDelegate>
 #include <QTableView>
 
-#include "platform/ui/grid.h"
+#include "platform/bound/grid.h"
 #include "qt/control_binder.h"
 
 namespace vellumar::qt {

@@ -3,8 +3,8 @@
 #include <QTabWidget>
 #include <QTableView>
 
-#include "platform/ui/data_control.h"
-#include "platform/ui/grid.h"
+#include "platform/bound/data_control.h"
+#include "platform/bound/grid.h"
 #include "qt/array_grid_binder.h"
 #include "qt/conversions.h"
 #include "qt/grid_binder.h"

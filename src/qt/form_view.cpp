@@ -7,8 +7,8 @@
 #include <QLabel>
 #include <QScreen>
 
+#include "platform/bound/data_control.h"
 #include "platform/ui/controls.h"
-#include "platform/ui/data_control.h"
 #include "qt/binder_factory.h"
 #include "qt/conversions.h"
 

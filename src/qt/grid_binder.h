@@ -7,7 +7,7 @@
 #include <QTableView>
 #include <set>
 
-#include "platform/ui/grid.h"
+#include "platform/bound/grid.h"
 #include "qt/control_binder.h"
 #include "qt/recordset_table_model.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/ui/desktop.h"
+#include "platform/services/desktop.h"
 
 namespace vellumar::qt {
 

@@ -7,7 +7,7 @@
 #include <map>
 #include <memory>
 
-#include "platform/ui/event_loop.h"
+#include "platform/services/event_loop.h"
 
 class QTimer;
 

@@ -11,8 +11,8 @@
 #include <map>
 #include <vector>
 
+#include "platform/bound/grid.h"
 #include "platform/db/recordset.h"
-#include "platform/ui/grid.h"
 
 namespace vellumar::qt {
 

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "platform/ui/desktop.h"
+#include "platform/services/desktop.h"
 #include "platform/vb/error.h"
 
 namespace vellumar {

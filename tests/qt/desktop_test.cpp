@@ -1,6 +1,6 @@
 // The Qt desktop's translations: the common dialog's filters, the message box's button sets
 // and answers, and the launch of files by their type.
-#include "platform/ui/desktop.h"
+#include "platform/services/desktop.h"
 
 #include <gtest/gtest.h>
 

@@ -10,9 +10,9 @@
 #include <QTest>
 #include <string>
 
+#include "platform/bound/data_control.h"
+#include "platform/bound/grid.h"
 #include "platform/db/database.h"
-#include "platform/ui/data_control.h"
-#include "platform/ui/grid.h"
 #include "qt/grid_binder.h"
 #include "support/temp_dir.h"
 

@@ -18,7 +18,7 @@
 
 #include "config/vellum_setup.h"
 #include "frame/common.h"
-#include "platform/ui/data_control.h"
+#include "platform/bound/data_control.h"
 #include "platform/vb/date_locale.h"
 #include "program/application.h"
 #include "qt/binder_factory.h"

@@ -6,7 +6,7 @@
 
 #include "frame/common.h"
 #include "frame/settings_store.h"
-#include "platform/ui/clock.h"
+#include "platform/services/clock.h"
 #include "platform/vb/date_locale.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_dir.h"

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "config/vellum_setup.h"
-#include "platform/ui/virtual_clock_loop.h"
+#include "platform/services/virtual_clock_loop.h"
 #include "program/application.h"
 #include "support/frame_harness.h"
 #include "support/scripted_desktop.h"

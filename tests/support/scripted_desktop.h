@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/ui/desktop.h"
+#include "platform/services/desktop.h"
 
 namespace vellumar::test {
 

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/services/font.h"
+
 namespace vellumar::ui {
 
 class Form;
@@ -41,14 +43,6 @@ class ControlObserver {
   virtual void PropertyChanged(Control& control, Property property) = 0;
   // The control is being destroyed: an observer that outlives it lets go of it here.
   virtual void ControlDestroyed(Control& control) {}
-};
-
-struct Font {
-  std::string Name = "MS Sans Serif";  // face name
-  double Size = 8.25;                  // points
-  bool Bold = false;
-  bool Italic = false;
-  bool operator==(const Font&) const = default;
 };
 
 // Key codes, shift masks and mouse buttons with the runtime's values.

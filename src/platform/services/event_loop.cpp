@@ -1,4 +1,4 @@
-#include "platform/ui/event_loop.h"
+#include "platform/services/event_loop.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "platform/ui/desktop.h"
+#include "platform/services/desktop.h"
 
 #include <cmath>
 #include <cstring>

@@ -4,7 +4,7 @@
 // program; tests answer from a script.
 #include <string>
 
-#include "platform/ui/control.h"
+#include "platform/services/font.h"
 
 namespace vellumar::ui {
 

@@ -1,4 +1,4 @@
-#include "platform/ui/virtual_clock_loop.h"
+#include "platform/services/virtual_clock_loop.h"
 
 #include <limits>
 

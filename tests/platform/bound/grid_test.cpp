@@ -1,13 +1,13 @@
 // The grid's model: editing the cells of an array grid with its events in order, adding and
 // deleting rows, column moves and sizes, and cell formats.
-#include "platform/ui/grid.h"
+#include "platform/bound/grid.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "platform/ui/desktop.h"
+#include "platform/services/desktop.h"
 #include "platform/vb/error.h"
 
 using namespace vellumar;

@@ -3,8 +3,8 @@
 // every event falls due at exactly its own millisecond, in order.
 #include <cstdint>
 
-#include "platform/ui/clock.h"
-#include "platform/ui/scheduled_loop.h"
+#include "platform/services/clock.h"
+#include "platform/services/scheduled_loop.h"
 
 namespace vellumar::ui {
 

@@ -1,4 +1,4 @@
-#include "platform/ui/system_event_loop.h"
+#include "platform/services/system_event_loop.h"
 
 #include <limits>
 #include <thread>

@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/bound/data_control.h"
 #include "platform/ui/controls.h"
-#include "platform/ui/data_control.h"
 #include "platform/vb/variant.h"
 
 namespace vellumar::ui {

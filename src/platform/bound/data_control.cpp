@@ -1,4 +1,4 @@
-#include "platform/ui/data_control.h"
+#include "platform/bound/data_control.h"
 
 #include "platform/vb/error.h"
 

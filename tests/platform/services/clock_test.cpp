@@ -1,4 +1,4 @@
-#include "platform/ui/clock.h"
+#include "platform/services/clock.h"
 
 #include <gtest/gtest.h>
 

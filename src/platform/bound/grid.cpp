@@ -1,4 +1,4 @@
-#include "platform/ui/grid.h"
+#include "platform/bound/grid.h"
 
 #include <algorithm>
 

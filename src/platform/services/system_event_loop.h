@@ -3,7 +3,7 @@
 #include <chrono>
 #include <cstdint>
 
-#include "platform/ui/scheduled_loop.h"
+#include "platform/services/scheduled_loop.h"
 
 namespace vellumar::ui {
 

@@ -1,4 +1,4 @@
-#include "platform/ui/scheduled_loop.h"
+#include "platform/services/scheduled_loop.h"
 
 #include <utility>
 

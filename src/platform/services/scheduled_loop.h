@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 
-#include "platform/ui/event_loop.h"
+#include "platform/services/event_loop.h"
 
 namespace vellumar::ui {
 

@@ -1,0 +1,89 @@
+#include "logpage/log_page.h"
+
+#include "frame/version.h"
+
+namespace vellumar {
+
+LogPage::LogPage(LogPageServices services)
+    : loop(services.loop),
+      desktop(services.desktop),
+      settings(services.settings),
+      common(services.common),
+      lookupSlots(services.lookupSlots),
+      dxcc(services.dxcc),
+      bands(services.bands),
+      logSchema(services.logSchema),
+      qslQueue(services.qslQueue),
+      config(services.setup.Options()),
+      module(*this),
+      main(*this),
+      setup_(services.setup),
+      endProcess_(std::move(services.endProcess)) {
+  setup_.SetObserver(this);
+}
+
+LogPage::~LogPage() { setup_.SetObserver(nullptr); }
+
+std::vector<ui::Form*> LogPage::LoadedForms() {
+  std::vector<ui::Form*> forms;
+  for (ui::Form* form :
+       {static_cast<ui::Form*>(&main), static_cast<ui::Form*>(&capture),
+        static_cast<ui::Form*>(&setup_), static_cast<ui::Form*>(&cardPage),
+        static_cast<ui::Form*>(&advancedFilter), static_cast<ui::Form*>(&addressEditor)}) {
+    if (form->Loaded()) forms.push_back(form);
+  }
+  return forms;
+}
+
+std::string LogPage::GetSetting(const std::string& section, const std::string& key,
+                                const std::string& defaultValue) const {
+  return settings.GetSetting(kApplicationTitle, section, key, defaultValue);
+}
+
+void LogPage::SaveSetting(const std::string& section, const std::string& key,
+                          const std::string& value) {
+  settings.SaveSetting(kApplicationTitle, section, key, value);
+}
+
+void LogPage::EndProcess(int code) {
+  if (endProcess_) endProcess_(code);
+}
+
+bool LogPage::SwitchLog(const std::string& pathname) {
+  module.CloseLog();
+  module.OpenLog(pathname, false);
+  return module.LogOpen();
+}
+
+void LogPage::CloseLog() { module.CloseLog(); }
+
+void LogPage::UpdateCaption() { main.UpdateCaption(); }
+
+void LogPage::LogFrameVisibilityChanged(int index, int value) {
+  // The echo in the main window's box is not the operator's click.
+  main.IgnoreFrameSelect();
+  main.LogFrameSelect(index).SetValue(value);
+  main.obeyFrameSelect();
+  ui::Frame& frame = main.LogFrame(index);
+  const bool show = value == 1;
+  if (frame.Visible() != show) {
+    frame.SetVisible(show);
+    main.SetHeight(main.Height() + (show ? frame.Height() : -frame.Height()));
+  }
+}
+
+void LogPage::CallbookEnabledChanged(bool enabled) { main.RACcmd.SetEnabled(enabled); }
+
+void LogPage::MyCallsignChanged(const std::string& callsign) {
+  ui::CheckBox& box = main.DefaultCallsignCheckbox;
+  box.SetCaption("Substitute " + callsign + " for missing operator callsigns");
+  box.SetToolTipText("If checked, " + callsign +
+                     " will be substituted for missing operator callsigns in imported records");
+}
+
+void LogPage::LayoutRowDeleting(int row) { module.HideLayoutColumn(row); }
+void LogPage::LayoutCellChanged(int row, int column) { module.ChangeLayoutColumn(row, column); }
+void LogPage::LayoutChanged() { module.SaveLogLayout(); }
+void LogPage::SaveLogGridColumnWidths() { module.SaveLogGridColumnWidths(); }
+
+}  // namespace vellumar
