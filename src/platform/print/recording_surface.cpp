@@ -57,43 +57,23 @@ void RecordingSurface::DrawText(int page, double x, double y, const FontSpec& fo
     failure_.reset();
     throw vb::VbError(failure.number, failure.description);
   }
-  SurfaceCall call;
-  call.kind = SurfaceCallKind::kText;
-  call.page = page;
-  call.x = x;
-  call.y = y;
-  call.text = text;
-  call.font = font;
-  call.colour = colour;
-  calls_.push_back(std::move(call));
+  calls_.push_back(SurfaceCall{SurfaceCallKind::kText, page, x, y, 0.0, 0.0, text, font, colour});
 }
 
 void RecordingSurface::DrawLine(int page, double x1, double y1, double x2, double y2,
                                 Colour colour) {
-  SurfaceCall call;
-  call.kind = SurfaceCallKind::kLine;
-  call.page = page;
-  call.x = x1;
-  call.y = y1;
-  call.x2 = x2;
-  call.y2 = y2;
-  call.colour = colour;
-  calls_.push_back(std::move(call));
+  calls_.push_back(SurfaceCall{SurfaceCallKind::kLine, page, x1, y1, x2, y2, {}, {}, colour});
 }
 
 void RecordingSurface::StartPage(int page) {
   if (page <= 1) return;
-  SurfaceCall call;
-  call.kind = SurfaceCallKind::kNewPage;
-  call.page = page;
-  calls_.push_back(std::move(call));
+  calls_.push_back(
+      SurfaceCall{SurfaceCallKind::kNewPage, page, 0.0, 0.0, 0.0, 0.0, {}, {}, kBlack});
 }
 
 void RecordingSurface::FinishDocument(int pages) {
-  SurfaceCall call;
-  call.kind = SurfaceCallKind::kEndDoc;
-  call.page = pages;
-  calls_.push_back(std::move(call));
+  calls_.push_back(
+      SurfaceCall{SurfaceCallKind::kEndDoc, pages, 0.0, 0.0, 0.0, 0.0, {}, {}, kBlack});
   documents_.push_back(pages);
 }
 

@@ -47,13 +47,20 @@ class LinkTest : public ::testing::Test {
   std::unique_ptr<LinkEndpoint> server = bus.Join();
   std::unique_ptr<LinkEndpoint> client = bus.Join();
   std::vector<std::string> commands;  // as the server got them
+
+  // A link of the client to Atlasine's `item`, open in `mode`.
+  std::unique_ptr<Link> Linked(const std::string& item, int mode = kLinkAutomatic) {
+    auto link = std::make_unique<Link>(*client);
+    link->SetLinkTopic("Atlasine|DDEServer");
+    link->SetLinkItem(item);
+    link->SetLinkMode(mode);
+    return link;
+  }
 };
 
 TEST_F(LinkTest, ExecuteAcceptedReturnsAndRefusedRaises) {
-  Link command(*client);
-  command.SetLinkTopic("Atlasine|DDEServer");
-  command.SetLinkItem("DDECommand");
-  command.SetLinkMode(kLinkAutomatic);
+  auto link = Linked("DDECommand");
+  Link& command = *link;
   EXPECT_NO_THROW(command.LinkExecute("003lookupK1AB"));
   EXPECT_EQ(ErrorOf([&] { command.LinkExecute("003bye"); }), kRefused);
   EXPECT_EQ(commands, (std::vector<std::string>{"003lookupK1AB", "003bye"}));
@@ -77,15 +84,12 @@ TEST_F(LinkTest, AutomaticLinkRequestsThenFollowsChanges) {
 }
 
 TEST_F(LinkTest, ItemsSetDuringACommandArriveBeforeItsAnswer) {
-  Link dxccid(*client);
-  Link cont(*client);
-  Link command(*client);
-  for (auto [link, item] :
-       {std::pair{&dxccid, "DXCCID"}, {&cont, "Cont"}, {&command, "DDECommand"}}) {
-    link->SetLinkItem(item);
-    link->SetLinkTopic("Atlasine|DDEServer");
-    link->SetLinkMode(kLinkAutomatic);
-  }
+  auto dxccidLink = Linked("DXCCID");
+  auto contLink = Linked("Cont");
+  auto commandLink = Linked("DDECommand");
+  Link& dxccid = *dxccidLink;
+  Link& cont = *contLink;
+  Link& command = *commandLink;
   command.LinkExecute("003lookupK1AB");
   EXPECT_EQ(dxccid.Text(), "291");
   EXPECT_EQ(cont.Text(), "NA");
@@ -94,10 +98,8 @@ TEST_F(LinkTest, ItemsSetDuringACommandArriveBeforeItsAnswer) {
 }
 
 TEST_F(LinkTest, ManualLinkChangesOnlyByRequest) {
-  Link dxccid(*client);
-  dxccid.SetLinkTopic("Atlasine|DDEServer");
-  dxccid.SetLinkItem("DXCCID");
-  dxccid.SetLinkMode(kLinkManual);
+  auto link = Linked("DXCCID", kLinkManual);
+  Link& dxccid = *link;
   server->Serve("DDEServer").SetItem("DXCCID", "291");
   EXPECT_EQ(dxccid.Text(), "");
   dxccid.LinkRequest();
@@ -105,12 +107,10 @@ TEST_F(LinkTest, ManualLinkChangesOnlyByRequest) {
 }
 
 TEST_F(LinkTest, LinkClosesWhenThePeerGoes) {
-  Link dxccid(*client);
+  auto link = Linked("DXCCID");
+  Link& dxccid = *link;
   int closes = 0;
   dxccid.OnLinkClose([&] { ++closes; });
-  dxccid.SetLinkTopic("Atlasine|DDEServer");
-  dxccid.SetLinkItem("DXCCID");
-  dxccid.SetLinkMode(kLinkAutomatic);
   server.reset();  // the program ends: its name loses its owner
   EXPECT_EQ(closes, 1);
   EXPECT_EQ(dxccid.LinkMode(), kLinkNone);
@@ -121,12 +121,10 @@ TEST_F(LinkTest, LinkClosesWhenThePeerGoes) {
 }
 
 TEST_F(LinkTest, ClosingByThisEndIsQuiet) {
-  Link dxccid(*client);
+  auto link = Linked("DXCCID");
+  Link& dxccid = *link;
   int closes = 0;
   dxccid.OnLinkClose([&] { ++closes; });
-  dxccid.SetLinkTopic("Atlasine|DDEServer");
-  dxccid.SetLinkItem("DXCCID");
-  dxccid.SetLinkMode(kLinkAutomatic);
   dxccid.SetLinkMode(kLinkNone);
   EXPECT_EQ(bus.OpenConversations(), 0u);
   dxccid.SetLinkMode(kLinkAutomatic);
