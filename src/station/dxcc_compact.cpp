@@ -154,7 +154,7 @@ bool ReadDXCCCompact(const std::string& databasePath, DXCCTables& tables) {
       r.Word(*parts.longestPrefixKey) && r.Array(*parts.lengthsByStart) && r.Text(*parts.text);
   for (DXCCTables::Table* t : parts.tables) {
     uint64_t width = 0;
-    ok = ok && r.Word(width) && width < 16 && r.Array(t->cells) && r.Array(t->slots);
+    ok = ok && r.Word(width) && width < 16 && r.Array(t->cells) && r.Array(t->hashSlots);
     t->width = static_cast<uint32_t>(width);
   }
   if (!ok || !r.AtEnd() || !tables.Consistent()) {
@@ -182,7 +182,7 @@ bool WriteStamped(const std::string& databasePath, DXCCTables& tables, const Sou
   for (const DXCCTables::Table* t : parts.tables) {
     w.Word(t->width);
     w.Array(t->cells);
-    w.Array(t->slots);
+    w.Array(t->hashSlots);
   }
   Header header{};
   std::memcpy(header.magic, kMagic, sizeof kMagic);

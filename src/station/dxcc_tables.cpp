@@ -85,12 +85,12 @@ void DXCCTables::BuildSlots(Table& table, const std::string& text) {
   size_t rows = table.Rows();
   size_t size = 16;
   while (size < rows * 2) size *= 2;
-  table.slots.assign(size, 0);
+  table.hashSlots.assign(size, 0);
   for (size_t row = 0; row < rows; ++row) {
     TextRef keyRef = table.cells[row * table.width];
     std::string_view key(text.data() + keyRef.offset, keyRef.length);
     for (size_t i = Hash(key) & (size - 1);; i = (i + 1) & (size - 1)) {
-      uint32_t& slot = table.slots[i];
+      uint32_t& slot = table.hashSlots[i];
       if (slot == 0) {
         slot = static_cast<uint32_t>(row + 1);
         break;
@@ -144,7 +144,7 @@ void DXCCTables::Load(db::Database& database) {
 }
 
 const DXCCTables::TextRef* DXCCTables::Find(const Table& table, std::string_view key) const {
-  if (table.slots.empty()) return nullptr;
+  if (table.hashSlots.empty()) return nullptr;
   char buffer[64];
   std::string longer;
   std::string_view upper;
@@ -155,9 +155,9 @@ const DXCCTables::TextRef* DXCCTables::Find(const Table& table, std::string_view
     longer = Upper(std::string(key));
     upper = longer;
   }
-  const size_t mask = table.slots.size() - 1;
+  const size_t mask = table.hashSlots.size() - 1;
   for (size_t i = Hash(upper) & mask;; i = (i + 1) & mask) {
-    uint32_t slot = table.slots[i];
+    uint32_t slot = table.hashSlots[i];
     if (slot == 0) return nullptr;
     const TextRef* row = &table.cells[(slot - 1) * table.width];
     if (TextOf(row[0]) == upper) return row;
@@ -185,7 +185,7 @@ std::optional<DXCCTables::LocationRow> DXCCTables::SeekLocation(std::string_view
 size_t DXCCTables::MemoryBytes() const {
   size_t bytes = text_.capacity() + lengthsByStart_.capacity() * sizeof(uint32_t);
   for (const Table* t : {&prefixes_, &dxcc_, &locations_})
-    bytes += t->cells.capacity() * sizeof(TextRef) + t->slots.capacity() * sizeof(uint32_t);
+    bytes += t->cells.capacity() * sizeof(TextRef) + t->hashSlots.capacity() * sizeof(uint32_t);
   return bytes;
 }
 
@@ -202,12 +202,12 @@ bool DXCCTables::Consistent() const {
     const Table& table = *tables[t];
     if (table.width != widths[t] || table.cells.size() % table.width != 0) return false;
     size_t rows = table.Rows();
-    size_t size = table.slots.size();
+    size_t size = table.hashSlots.size();
     if (size < 16 || (size & (size - 1)) != 0 || size < rows * 2) return false;
     for (const TextRef& ref : table.cells)
       if (ref.offset > text_.size() || ref.length > text_.size() - ref.offset) return false;
     size_t used = 0;
-    for (uint32_t slot : table.slots) {
+    for (uint32_t slot : table.hashSlots) {
       if (slot > rows) return false;
       used += slot != 0;
     }

@@ -44,7 +44,7 @@ class DXCCTables {
   struct Table {
     uint32_t width = 0;
     std::vector<TextRef> cells;
-    std::vector<uint32_t> slots;
+    std::vector<uint32_t> hashSlots;
     size_t Rows() const { return width ? cells.size() / width : 0; }
   };
 
