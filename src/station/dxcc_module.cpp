@@ -4,6 +4,7 @@
 
 #include "platform/services/desktop.h"
 #include "platform/vb/error.h"
+#include "station/dxcc_compact.h"
 
 namespace vellumar {
 
@@ -58,8 +59,11 @@ void DXCCModule::OpenDXCCDatabase() {
     dxccRecordset_ = database_.OpenRecordset("DXCC", db::dbOpenTable);
     dxccRecordset_.SetIndex("PrimaryKey");
     dxccDynaset_ = database_.OpenRecordset("DXCC", db::dbOpenDynaset);
-    tables_.Load(database_);
+    // From the compact form beside the database while it is the database's, else from the
+    // database's tables (which writes the form anew).
+    LoadDXCCTables(path, database_, tables_);
   } catch (const vb::VbError& e) {
+    tables_.Clear();  // a lookup never answers from a copy that failed to load
     services_.ReportError(e.number(), "DXCCModule.OpenDXCCDatabase");
   }
 }
@@ -72,7 +76,7 @@ void DXCCModule::GetPrefix(std::string_view prefixOrCall) {
   }
   // Longest match: no key is longer than the longest key, so shorter beginnings suffice.
   size_t n = std::min(prefixOrCall.size(), tables_.LongestPrefixKey());
-  const DXCCTables::PrefixRow* row = nullptr;
+  std::optional<DXCCTables::PrefixRow> row;
   for (; n >= 1; --n) {
     if (!tables_.MayHavePrefixKey(prefixOrCall, n)) continue;  // that Seek would find nothing
     row = tables_.SeekPrefix(prefixOrCall.substr(0, n));
@@ -82,13 +86,13 @@ void DXCCModule::GetPrefix(std::string_view prefixOrCall) {
   currentPrefix_ = row;
   slots_.DXCCPrefix = row->dxccPrefix;
 
-  if (const DXCCTables::DXCCRow* dxcc = tables_.SeekDXCC(row->dxccPrefix)) {
+  if (auto dxcc = tables_.SeekDXCC(row->dxccPrefix)) {
     slots_.DXCCID = dxcc->countryCode;
   } else {
     services_.WriteErrorLog("failed to find " + std::string(row->dxccPrefix) + " in DXCC table");
   }
 
-  if (const DXCCTables::LocationRow* location = tables_.SeekLocation(row->location)) {
+  if (auto location = tables_.SeekLocation(row->location)) {
     slots_.Cont = location->continent;
     slots_.CQ = location->cqZone;
     slots_.ITU = location->ituZone;
@@ -99,7 +103,7 @@ void DXCCModule::GetPrefix(std::string_view prefixOrCall) {
 
 void DXCCModule::Lookup(const std::string& callsign) {
   slots_.ClearLookup();
-  currentPrefix_ = nullptr;
+  currentPrefix_.reset();
   const std::string_view call(callsign);
   size_t slash = call.find('/');
   size_t dash = call.find('-');
@@ -160,8 +164,8 @@ void DXCCModule::Lookup(const std::string& callsign) {
 }
 
 std::string DXCCModule::GetDXCCName(const std::string& dxccPrefix) const {
-  const DXCCTables::DXCCRow* row = tables_.SeekDXCC(dxccPrefix);
-  return row ? row->dxccName : "";
+  auto row = tables_.SeekDXCC(dxccPrefix);
+  return row ? std::string(row->dxccName) : "";
 }
 
 std::string DXCCModule::IncludeCountry(const std::string& country, const std::string& separator) {

@@ -3,8 +3,9 @@
 // written here) and turns a callsign as the operator types it into the entity, continent and
 // zones, left in the lookup slots.
 //
-// The Prefix, DXCC and Location tables are read once into memory when the database opens; a
-// Seek of the lookup is then a probe of that copy with the same semantics (case-blind keys, one
+// The Prefix, DXCC and Location tables are read once into memory when the database opens (from
+// their compact form beside it while that is current, dxcc_compact.h); a Seek of the lookup is
+// then a probe of that copy with the same semantics (case-blind keys, one
 // row per key). The DXCC table recordset and dynaset stay open for the program's other users.
 #include <cstdint>
 #include <optional>
@@ -82,7 +83,7 @@ class DXCCModule {
   db::Recordset dxccRecordset_;  // table-type, index PrimaryKey
   db::Recordset dxccDynaset_;
   DXCCTables tables_;  // Prefix, DXCC and Location rows: what their Seeks would find
-  const DXCCTables::PrefixRow* currentPrefix_ = nullptr;  // Prefix row of the last match
+  std::optional<DXCCTables::PrefixRow> currentPrefix_;  // Prefix row of the last match
   bool lookupSuppressed_ = false;
 };
 

@@ -1,12 +1,16 @@
 #pragma once
-// The three tables of the DXCC database held in memory, loaded once from the read-only file, so
-// that a lookup's Seeks are hash probes instead of SQL queries. The semantics are those of the
-// tables' PrimaryKey indexes: keys compare without regard to case, one row per key.
+// The three tables of the DXCC database held in memory, so that a lookup's Seeks are hash probes
+// instead of SQL queries. The semantics are those of the tables' PrimaryKey indexes: keys
+// compare without regard to case, one row per key.
+//
+// The copy is flat: every text lives once in one block, each table is an array of rows of text
+// references (key first) and an open-addressing hash of row numbers. Being plain arrays, it is
+// also what the compact form beside the database holds (dxcc_compact.h), read back without a
+// row-by-row rebuild.
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "platform/db/database.h"
@@ -15,30 +19,44 @@ namespace vellumar {
 
 class DXCCTables {
  public:
-  // Hundreds of thousands of rows share a few hundred values: they point into a pool.
   struct PrefixRow {
     std::string_view dxccPrefix;  // field DXCCPrefix, "" when Null
     std::string_view location;    // field Location as text, "" when Null
   };
   struct DXCCRow {
-    std::string dxccPrefix;   // field DXCCPrefix
-    std::string countryCode;  // field CountryCode as text, "" when Null
-    std::string dxccName;     // field DXCCName, "" when Null
+    std::string_view dxccPrefix;   // field DXCCPrefix
+    std::string_view countryCode;  // field CountryCode as text, "" when Null
+    std::string_view dxccName;     // field DXCCName, "" when Null
   };
   struct LocationRow {
-    std::string continent;  // field Continent, "" when Null
-    std::string cqZone;     // field CQZone as text, "" when Null
-    std::string ituZone;    // field ITUZone as text, "" when Null
+    std::string_view continent;  // field Continent, "" when Null
+    std::string_view cqZone;     // field CQZone as text, "" when Null
+    std::string_view ituZone;    // field ITUZone as text, "" when Null
+  };
+
+  // A text of the block: where it starts and how long it is, in bytes.
+  struct TextRef {
+    uint32_t offset = 0;
+    uint32_t length = 0;
+  };
+  // One table: `width` texts a row (the upper-cased key, then the values), and the hash of row
+  // numbers (row + 1; 0 is an empty slot), its size a power of two.
+  struct Table {
+    uint32_t width = 0;
+    std::vector<TextRef> cells;
+    std::vector<uint32_t> hashSlots;
+    size_t Rows() const { return width ? cells.size() / width : 0; }
   };
 
   // Reads the tables through their PrimaryKey indexes, whatever the key fields are named.
-  // Database errors propagate as VbError.
+  // Database errors propagate as VbError, and leave the tables empty.
   void Load(db::Database& database);
+  void Clear();
 
-  // Seek "=" on each table: nullptr on no match.
-  const PrefixRow* SeekPrefix(std::string_view key) const { return Find(prefixes_, key); }
-  const DXCCRow* SeekDXCC(std::string_view key) const { return Find(dxcc_, key); }
-  const LocationRow* SeekLocation(std::string_view key) const { return Find(locations_, key); }
+  // Seek "=" on each table: nullopt on no match. The texts live as long as the tables.
+  std::optional<PrefixRow> SeekPrefix(std::string_view key) const;
+  std::optional<DXCCRow> SeekDXCC(std::string_view key) const;
+  std::optional<LocationRow> SeekLocation(std::string_view key) const;
 
   // Longest key of Prefix: a longer beginning of a callsign can't match.
   size_t LongestPrefixKey() const { return longestPrefixKey_; }
@@ -48,34 +66,43 @@ class DXCCTables {
     if (length >= 32) return true;
     return (lengthsByStart_[StartSlot(text, length)] >> length) & 1u;
   }
-  size_t PrefixCount() const { return prefixes_.size(); }
-  size_t DXCCCount() const { return dxcc_.size(); }
-  size_t LocationCount() const { return locations_.size(); }
+  size_t PrefixCount() const { return prefixes_.Rows(); }
+  size_t DXCCCount() const { return dxcc_.Rows(); }
+  size_t LocationCount() const { return locations_.Rows(); }
+  // Bytes the loaded tables occupy.
+  size_t MemoryBytes() const;
+
+  // The parts, for the compact form: written as they are and checked when read back.
+  struct Parts {
+    std::string* text;
+    Table* tables[3];  // Prefix, DXCC, Location
+    std::vector<uint32_t>* lengthsByStart;
+    uint64_t* longestPrefixKey;
+  };
+  Parts MutableParts();
+  // Whether parts read from elsewhere hold together: every reference inside the text block,
+  // widths as the tables need, hashes of the right shape, at least half empty (so every probe
+  // ends) and holding each row once. That the rows are the database's is the checksum's part.
+  bool Consistent() const;
+
+  static constexpr size_t kAlphabet = 37;  // A-Z, 0-9, anything else
+  static constexpr size_t kStartSlots = kAlphabet * kAlphabet + kAlphabet;
 
  private:
-  // Keys are kept upper-cased (ASCII, as the index compares); lookups upper-case a copy.
-  struct KeyHash {
-    using is_transparent = void;
-    size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
-  };
-  template <typename Row>
-  using Table = std::unordered_map<std::string, Row, KeyHash, std::equal_to<>>;
+  std::string_view TextOf(TextRef ref) const { return {text_.data() + ref.offset, ref.length}; }
+  // The row of the key (any case), or nullptr.
+  const TextRef* Find(const Table& table, std::string_view key) const;
+  static uint64_t Hash(std::string_view upperKey);
+  static void BuildSlots(Table& table, const std::string& text);
 
-  template <typename Row>
-  static const Row* Find(const Table<Row>& table, std::string_view key);
-
-  // The text of a value, kept in the pool.
-  std::string_view Intern(const std::string& text);
-
-  std::unordered_set<std::string> pool_;  // node-based: the texts never move
-  Table<PrefixRow> prefixes_;
-  Table<DXCCRow> dxcc_;
-  Table<LocationRow> locations_;
-  size_t longestPrefixKey_ = 0;
+  std::string text_;  // every text once, one after another
+  Table prefixes_;
+  Table dxcc_;
+  Table locations_;
+  uint64_t longestPrefixKey_ = 0;
 
   // Which key lengths (bit n for length n < 32) occur per beginning: the first two characters
   // of the key, or the first alone for keys of length 1.
-  static constexpr size_t kAlphabet = 37;  // A-Z, 0-9, anything else
   static size_t Symbol(char c) {
     if (c >= 'a' && c <= 'z') return static_cast<size_t>(c - 'a');
     if (c >= 'A' && c <= 'Z') return static_cast<size_t>(c - 'A');
@@ -86,25 +113,7 @@ class DXCCTables {
     size_t first = Symbol(text[0]);
     return length == 1 ? kAlphabet * kAlphabet + first : first * kAlphabet + Symbol(text[1]);
   }
-  std::vector<uint32_t> lengthsByStart_ = std::vector<uint32_t>(kAlphabet * kAlphabet + kAlphabet);
+  std::vector<uint32_t> lengthsByStart_ = std::vector<uint32_t>(kStartSlots);
 };
-
-template <typename Row>
-const Row* DXCCTables::Find(const Table<Row>& table, std::string_view key) {
-  char buffer[64];
-  if (key.size() > sizeof buffer) {
-    std::string upper(key);
-    for (char& c : upper)
-      if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    auto it = table.find(std::string_view(upper));
-    return it == table.end() ? nullptr : &it->second;
-  }
-  for (size_t i = 0; i < key.size(); ++i) {
-    char c = key[i];
-    buffer[i] = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-  }
-  auto it = table.find(std::string_view(buffer, key.size()));
-  return it == table.end() ? nullptr : &it->second;
-}
 
 }  // namespace vellumar

@@ -2,15 +2,17 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "platform/vb/date_value.h"
+#include "station/dxcc_compact.h"
 #include "station/dxcc_module.h"
-#include "support/test_dxcc_database.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_dir.h"
+#include "support/test_dxcc_database.h"
 
 namespace vellumar {
 namespace {
@@ -346,6 +348,133 @@ TEST_F(LookupTest, UnreadableDatabaseGoesToTheErrorReporter) {
   EXPECT_EQ(combo.items, std::vector<std::string>{"=0"});
   ASSERT_EQ(reports.size(), 3u);
   EXPECT_EQ(reports[2], "91 DXCCModule.InitializeDXCCCombo");
+}
+
+// ---- The compact form beside the database
+
+std::string CompactPath(const test::TempDir& dir) {
+  return DXCCCompactPath(dir.Join("Databases/DXCC.vdb"));
+}
+
+// Whether the tables of the database at path come from its compact form, and X1ABC's answer.
+bool LoadsFromCompact(const std::string& path) {
+  db::Database database = db::DBEngine::Workspaces(0).OpenDatabase(path, true);
+  DXCCTables tables;
+  bool fromCompact = false;
+  LoadDXCCTables(path, database, tables, &fromCompact);
+  database.Close();
+  return fromCompact;
+}
+
+void OverwriteByte(const std::string& path, std::streamoff at) {
+  std::fstream f(path, std::ios::in | std::ios::out | std::ios::binary);
+  f.seekg(at);
+  char c = 0;
+  f.get(c);
+  f.seekp(at);
+  f.put(static_cast<char>(c ^ 0x5a));
+}
+
+TEST_F(LookupTest, CompactFormIsWrittenAtTheFirstOpenAndReadAtTheNext) {
+  EXPECT_FALSE(std::filesystem::exists(CompactPath(dir)));
+  Open();
+  EXPECT_EQ(Look("X1ABC"), kX1);
+  ASSERT_TRUE(std::filesystem::exists(CompactPath(dir)));
+  EXPECT_TRUE(LoadsFromCompact(dir.Join("Databases/DXCC.vdb")));
+  Open();  // from the form: the same answers
+  EXPECT_EQ(Look("x1abc"), kX1);
+  EXPECT_EQ(Look("VE3ABC"), kVE3);
+  EXPECT_EQ(Look("Y9ABC/B"), "Y9-A|190|EU|14|27");
+  EXPECT_EQ(module->GetDXCCName("x1-4"), "Xland Four");
+}
+
+TEST_F(LookupTest, StaleCompactFormIsRebuiltFromTheNewDatabase) {
+  Open();
+  EXPECT_EQ(Look("X1ABC"), kX1);
+  module.reset();
+  // Another database in the file's place: X1 is now another entity.
+  std::filesystem::remove(dir.Join("Databases/DXCC.vdb"));
+  test::CreateTestDXCCDatabase(dir.Join("Databases/DXCC.vdb"),
+                               {{"X1", 777, "New Xland", std::nullopt}}, {{"X1", "X1", "L9"}},
+                               {{"L9", "AN", 39, 67}});
+  EXPECT_FALSE(LoadsFromCompact(dir.Join("Databases/DXCC.vdb")));  // stale: not trusted
+  Open();
+  EXPECT_EQ(Look("X1ABC"), "X1|777|AN|39|67");
+  EXPECT_EQ(Look("VE3ABC"), kEmpty);                              // gone with the old database
+  EXPECT_TRUE(LoadsFromCompact(dir.Join("Databases/DXCC.vdb")));  // written anew
+}
+
+TEST_F(LookupTest, CorruptOrCutCompactFormIsNotTrusted) {
+  Open();
+  const std::string form = CompactPath(dir);
+  const auto size = static_cast<std::streamoff>(std::filesystem::file_size(form));
+  for (std::streamoff at :
+       {std::streamoff(0), std::streamoff(12), std::streamoff(100), size / 2, size - 1}) {
+    OverwriteByte(form, at);
+    EXPECT_FALSE(LoadsFromCompact(dir.Join("Databases/DXCC.vdb"))) << "byte " << at;
+    Open();  // from the database, which writes the form again
+    EXPECT_EQ(Look("X1ABC"), kX1);
+    EXPECT_EQ(Look("VE3ABC"), kVE3);
+    EXPECT_TRUE(LoadsFromCompact(dir.Join("Databases/DXCC.vdb")));
+  }
+  std::filesystem::resize_file(form, static_cast<uintmax_t>(size / 3));
+  EXPECT_FALSE(LoadsFromCompact(dir.Join("Databases/DXCC.vdb")));
+  std::filesystem::resize_file(form, 0);
+  EXPECT_FALSE(LoadsFromCompact(dir.Join("Databases/DXCC.vdb")));
+  Open();
+  EXPECT_EQ(Look("X1ABC"), kX1);
+}
+
+TEST_F(LookupTest, TruncatedDatabaseIsReportedAndNeverAnsweredFromItsOldForm) {
+  Open();
+  module.reset();
+  ASSERT_TRUE(std::filesystem::exists(CompactPath(dir)));
+  const std::string path = dir.Join("Databases/DXCC.vdb");
+  std::filesystem::resize_file(path, std::filesystem::file_size(path) / 2 + 7);
+  DXCCModule m(services, slots);
+  m.OpenDXCCDatabase();
+  ASSERT_EQ(reports.size(), 1u);
+  EXPECT_EQ(reports[0], "3049 DXCCModule.OpenDXCCDatabase");
+  m.Lookup("X1ABC");
+  EXPECT_EQ(slots.DXCCPrefix + slots.DXCCID + slots.Cont, "");
+  EXPECT_EQ(m.GetDXCCName("X1"), "");
+}
+
+TEST_F(LookupTest, DatabaseOfAnotherShapeIsReportedAndNeverAnsweredFromTheOldForm) {
+  Open();
+  module.reset();
+  ASSERT_TRUE(std::filesystem::exists(CompactPath(dir)));
+  // A database without the Prefix table: another version of the file.
+  const std::string path = dir.Join("Databases/DXCC.vdb");
+  std::filesystem::remove(path);
+  {
+    db::Database other = db::DBEngine::Workspaces(0).CreateDatabase(path, db::dbLangGeneral);
+    db::TableDef t = other.CreateTableDef("DXCC");
+    t.Fields().Append(t.CreateField("DXCCPrefix", db::dbText, 6));
+    other.TableDefs().Append(t);
+    other.Close();
+  }
+  DXCCModule m(services, slots);
+  m.OpenDXCCDatabase();
+  ASSERT_FALSE(reports.empty());
+  EXPECT_NE(reports[0].find("DXCCModule.OpenDXCCDatabase"), std::string::npos) << reports[0];
+  m.Lookup("X1ABC");
+  EXPECT_EQ(slots.DXCCPrefix + slots.DXCCID + slots.Cont + slots.CQ + slots.ITU, "");
+  EXPECT_EQ(m.Tables().PrefixCount(), 0u);
+}
+
+TEST_F(LookupTest, MissingDatabaseEndsTheProgramEvenWithItsFormBeside) {
+  Open();
+  module.reset();
+  ASSERT_TRUE(std::filesystem::exists(CompactPath(dir)));
+  std::filesystem::remove(dir.Join("Databases/DXCC.vdb"));
+  desktop
+      .ExpectMsgBox("Terminating: " + dir.Join("Databases/DXCC.vdb") +
+                    " is missing! (restore by downloading from https://vellumar.org/download")
+      .WithTitle("Vellumar");
+  DXCCModule m(services, slots);
+  EXPECT_THROW(m.OpenDXCCDatabase(), ProgramTermination);
+  EXPECT_EQ(desktop.PendingExpectations(), 0u);
 }
 
 }  // namespace

@@ -32,10 +32,14 @@ struct FieldState {
   std::weak_ptr<RecordsetCore> rs;
   bool inRecordset = false;
 
-  std::shared_ptr<RecordsetCore> Recordset() const {
-    auto r = rs.lock();
-    if (!r) throw vb::VbError(3420, "Object invalid or no longer set (the recordset is closed).");
-    return r;
+  RecordsetCore* core = nullptr;  // rs while it lives: a row's reads take no reference count
+  // The recordset; on the one thread the program runs, it can't die between this check and the
+  // call that follows.
+  RecordsetCore* Recordset() const {
+    if (rs.expired()) {
+      throw vb::VbError(3420, "Object invalid or no longer set (the recordset is closed).");
+    }
+    return core;
   }
   void CheckChangeable(const char* property) const {
     if (inRecordset) {
@@ -384,6 +388,7 @@ Field MakeRecordsetField(const std::shared_ptr<RecordsetCore>& rs, const ColumnI
   auto s = std::make_shared<FieldState>();
   s->def = column;
   s->rs = rs;
+  s->core = rs.get();
   s->ordinal = ordinal;
   s->inRecordset = true;
   return FieldAccess::Make(std::move(s));
@@ -438,7 +443,7 @@ void Field::SetRequired(bool required) {
   s->Save();
 }
 vb::Variant Field::Value() const {
-  auto s = FieldAccess::Of(*this);
+  const auto& s = FieldAccess::Of(*this);
   if (!s->inRecordset) {
     throw vb::VbError(3219, "Invalid operation (the field '" + s->def.name +
                                 "' is a definition, not a recordset's field).");
@@ -446,7 +451,7 @@ vb::Variant Field::Value() const {
   return s->Recordset()->Value(s->ordinal);
 }
 void Field::SetValue(const vb::Variant& value) {
-  auto s = FieldAccess::Of(*this);
+  const auto& s = FieldAccess::Of(*this);
   if (!s->inRecordset) {
     throw vb::VbError(3219, "Invalid operation (the field '" + s->def.name +
                                 "' is a definition, not a recordset's field).");

@@ -164,6 +164,9 @@ void DatabaseCore::Close() {
   }
   recordsets_.clear();
   statements_.clear();
+  dataVersionStatement_ = Statement();
+  walIndex_ = nullptr;  // unmapped when the connection closes
+  walIndexSought_ = false;
   criteria_.clear();
   schemas_.clear();
   conn_.Reset();
@@ -206,9 +209,64 @@ ReadTransaction::~ReadTransaction() {
 }
 
 int64_t DatabaseCore::FileVersion() {
-  auto q = Prepare("PRAGMA data_version");
-  q->Step();
-  return q->Int(0);
+  CheckOpen();
+  // Asked at every move of a walk: its statement is kept apart from the cache's lookup by text.
+  if (!dataVersionStatement_.get()) {
+    dataVersionStatement_ = Statement(conn_.get(), "PRAGMA data_version");
+  }
+  StatementReset reset(dataVersionStatement_);
+  dataVersionStatement_.Step();
+  return dataVersionStatement_.Int(0);
+}
+
+const volatile unsigned char* DatabaseCore::WalIndex() {
+  if (walIndexSought_) return walIndex_;
+  // Sought once a read has opened the log: the index is SQLite's own mapping, reached through the
+  // file's shared-memory method, never created or grown here.
+  walIndexSought_ = true;
+  {
+    auto mode = Prepare("PRAGMA journal_mode");
+    if (!mode->Step() ||
+        sqlite3_stricmp(reinterpret_cast<const char*>(sqlite3_column_text(mode->get(), 0)),
+                        "wal") != 0)
+      return nullptr;
+  }
+  sqlite3_file* file = nullptr;
+  if (sqlite3_file_control(conn_.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file) != SQLITE_OK ||
+      !file || !file->pMethods || file->pMethods->iVersion < 2 || !file->pMethods->xShmMap)
+    return nullptr;
+  void volatile* region = nullptr;
+  if (file->pMethods->xShmMap(file, 0, 32768, 0, &region) != SQLITE_OK || !region) return nullptr;
+  walIndex_ = static_cast<const volatile unsigned char*>(region);
+  return walIndex_;
+}
+
+FileStamp DatabaseCore::StampFile(bool headerVouches) {
+  CheckOpen();
+  FileStamp stamp;
+  stamp.taken = true;
+  // Inside a transaction of the caller's the rows may come from a snapshot older than the
+  // header: the data version of that snapshot is taken instead.
+  const volatile unsigned char* index = headerVouches ? walIndex_ : nullptr;
+  if (index) {
+    for (size_t i = 0; i < stamp.header.size(); ++i) stamp.header[i] = index[i];
+    stamp.fromHeader = true;
+  } else {
+    stamp.dataVersion = FileVersion();
+  }
+  return stamp;
+}
+
+bool DatabaseCore::FileChangedSince(const FileStamp& stamp) {
+  if (!stamp.taken) return true;
+  if (!stamp.fromHeader) return FileVersion() != stamp.dataVersion;
+  // A commit rewrites both copies (the second first); a header caught in the middle of a write
+  // differs and counts as a change. In a transaction of the caller's the header says nothing
+  // of its snapshot: the rows are read again.
+  if (!sqlite3_get_autocommit(conn_.get()) || walIndex_ == nullptr) return true;
+  for (size_t i = 0; i < stamp.header.size(); ++i)
+    if (walIndex_[i] != stamp.header[i]) return true;
+  return false;
 }
 
 void DatabaseCore::Exec(const std::string& sql) {

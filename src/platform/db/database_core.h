@@ -1,6 +1,7 @@
 #pragma once
 // The shared state behind a Database handle: the SQLite connection, the advisory lock, the
 // statement cache and the schema cache.
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -34,6 +35,17 @@ class CachedStatement {
 };
 
 class DatabaseCore;
+
+// What tells whether another connection has committed to the file since a moment: the two
+// copies of the write-ahead log's index header as they stood (every commit rewrites them, and a
+// read of them costs no system call), or, where the file has no such index or a transaction
+// was open, PRAGMA data_version.
+struct FileStamp {
+  bool taken = false;       // false: no moment recorded; the file counts as changed
+  bool fromHeader = false;  // header holds the index header; else dataVersion counts
+  int64_t dataVersion = -1;
+  std::array<unsigned char, 96> header{};
+};
 
 // A read transaction around the few statements of one call, so that they see one state of the
 // file and lock it once; it ends with the scope and is never held beyond the call. Nothing is
@@ -89,6 +101,16 @@ class DatabaseCore : public std::enable_shared_from_this<DatabaseCore> {
   // connection, in this process or another, commits a change, and not for this connection's own
   // writes, which dataVersion() counts. Reading it takes one read transaction.
   int64_t FileVersion();
+  // The file as it stands, to be taken before the rows it vouches for are read (in the read
+  // transaction that reads them, before its first read), and whether another connection may
+  // have committed since. A commit by this connection may also count as a change.
+  // headerVouches: the header may stand for the rows, true only when no transaction was open
+  // before the one that reads them began (see WalIndexReady).
+  FileStamp StampFile(bool headerVouches);
+  // Whether the file has a write-ahead log index to stamp by; looked for at the first call,
+  // which must come outside a transaction.
+  bool WalIndexReady() { return WalIndex() != nullptr; }
+  bool FileChangedSince(const FileStamp& stamp);
 
   void Track(const std::shared_ptr<RecordsetCore>& recordset);
   void Close();
@@ -108,6 +130,12 @@ class DatabaseCore : public std::enable_shared_from_this<DatabaseCore> {
   bool readOnly_ = false;
   std::unique_ptr<AdvisoryLock> lock_;
   std::unordered_map<std::string, std::unique_ptr<Statement>> statements_;  // before conn_ dies
+  Statement dataVersionStatement_;  // PRAGMA data_version, prepared at its first use
+  // The write-ahead log's index as SQLite maps it for this connection (its first region, which
+  // begins with the two header copies); null until looked for, or where there is none.
+  const volatile unsigned char* walIndex_ = nullptr;
+  bool walIndexSought_ = false;
+  const volatile unsigned char* WalIndex();
   Connection conn_;
   bool metadataReady_ = false;
   int64_t schemaVersion_ = -1;

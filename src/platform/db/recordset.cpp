@@ -112,6 +112,7 @@ std::vector<int64_t> RecordsetCore::LoadKeys() const {
 void RecordsetCore::Detach() {
   closed_ = true;
   editMode_ = dbEditNone;
+  ForgetRow();
   row_.clear();
   DropReadAhead();
 }
@@ -194,8 +195,6 @@ void RecordsetCore::Requery() {
   where_ = Where::Before;
   highWater_ = 0;
   fullyCounted_ = type_ == dbOpenTable;
-  row_.clear();
-  rowRowid_ = 0;
   DropReadAhead();
   if (keys_->live() > 0) MoveTo(0);
 }
@@ -261,30 +260,35 @@ void ReadColumn(sqlite3_stmt* stmt, int column, SqlValue& out) {
 }
 }  // namespace
 
-const std::vector<SqlValue>& RecordsetCore::CurrentRow() {
+const SqlValue* RecordsetCore::CurrentRow() {
   size_t pos = CurrentPosition();
   int64_t rowid = keys_->rowid(pos);
-  if (rowRowid_ == rowid && rowVersion_ == db_->dataVersion() && !row_.empty()) return row_;
+  if (rowData_ && rowRowid_ == rowid && rowVersion_ == db_->dataVersion()) return rowData_;
   // Onto another row. It is served from the read-ahead block when the block holds it and nothing
   // has been committed to the file since the block was read; otherwise the block is read anew
   // from here.
-  bool held = ahead_.fileVersion >= 0 && ahead_.version == db_->dataVersion() &&
-              ahead_.Holds(pos) && ahead_.rowids[pos - ahead_.start] == rowid;
-  if (held && db_->FileVersion() != ahead_.fileVersion) held = false;
+  bool held = ahead_.stamp.taken && ahead_.version == db_->dataVersion() && ahead_.Holds(pos) &&
+              ahead_.rowids[pos - ahead_.start] == rowid;
+  if (held && db_->FileChangedSince(ahead_.stamp)) held = false;
   if (!held) ReadAhead(pos);
   ++ahead_.served;
   lastRead_ = pos;
   int32_t slot = ahead_.slots[pos - ahead_.start];
   if (slot == kGone) RecordDeleted();  // deleted by another view or process
-  if (slot != kInRow) {
-    size_t columns = schema_->columns.size();
-    auto first = ahead_.values.begin() +
-                 static_cast<std::ptrdiff_t>(slot) * static_cast<std::ptrdiff_t>(columns);
-    row_.assign(first, first + static_cast<std::ptrdiff_t>(columns));
+  if (slot == kInRow) {
+    rowData_ = row_.data();
+  } else {
+    // The row is read where the block holds it; the block stays until the next read.
+    rowData_ = &ahead_.values[static_cast<size_t>(slot) * schema_->columns.size()];
   }
   rowRowid_ = rowid;
   rowVersion_ = db_->dataVersion();
-  return row_;
+  return rowData_;
+}
+
+void RecordsetCore::ForgetRow() {
+  rowData_ = nullptr;
+  rowRowid_ = 0;
 }
 
 void RecordsetCore::ReadAhead(size_t position) {
@@ -307,8 +311,9 @@ void RecordsetCore::ReadAhead(size_t position) {
   size_t size = keys_->size();
   size_t first = backward ? position + 1 - std::min(position + 1, aheadWindow_) : position;
   size_t last = std::min(size, first + aheadWindow_);  // one past
+  ForgetRow();  // it may lie in the block about to be overwritten
   ahead_.filled = false;
-  ahead_.fileVersion = -1;
+  ahead_.stamp = FileStamp();
   ahead_.start = first;
   ahead_.rowids.assign(last - first, 0);
   ahead_.slots.assign(last - first, kGone);
@@ -330,10 +335,13 @@ void RecordsetCore::ReadAhead(size_t position) {
     return;
   }
   // A block is served to later moves, which must know whether the file has changed since: the
-  // file's version is read with the rows, in one read transaction, so that it is the version of
+  // file is stamped with the rows, in one read transaction, so that the stamp is no newer than
   // the rows (and the file is locked once).
+  // The header of the log's index stands for the rows only when it is read before their
+  // snapshot begins, which is at the first read of a transaction begun here.
+  bool headerVouches = sqlite3_get_autocommit(db_->handle()) && db_->WalIndexReady();
   ReadTransaction transaction(*db_);
-  int64_t fileVersion = db_->FileVersion();
+  FileStamp stamp = db_->StampFile(headerVouches);
   if (readAheadSql_.size() <= log2) readAheadSql_.resize(log2 + 1);
   std::string& sql = readAheadSql_[log2];
   if (sql.empty()) {
@@ -371,10 +379,11 @@ void RecordsetCore::ReadAhead(size_t position) {
   }
   ahead_.filled = true;
   ahead_.version = db_->dataVersion();
-  ahead_.fileVersion = fileVersion;
+  ahead_.stamp = stamp;
 }
 
 void RecordsetCore::DropReadAhead() {
+  if (rowData_ != row_.data()) ForgetRow();  // it lay in the block
   ahead_ = ReadAheadBlock();
   aheadWindow_ = 1;
   lastRead_ = SIZE_MAX;
@@ -389,7 +398,7 @@ vb::Variant RecordsetCore::Value(int ordinal) {
     }
     return ToVariant(buffer_[static_cast<size_t>(ordinal)], column);
   }
-  return ToVariant(CurrentRow()[static_cast<size_t>(ordinal)], column);
+  return ToVariant(CurrentRow()[ordinal], column);
 }
 
 void RecordsetCore::SetValue(int ordinal, const vb::Variant& value) {
@@ -530,8 +539,8 @@ void RecordsetCore::Edit() {
   // The row is copied into the buffer when a field is first read; a walk that only sets fields
   // never reads it. Update finds out then if the row has gone meanwhile.
   bufferLoaded_ = false;
-  if (rowRowid_ == editRowid_ && rowVersion_ == db_->dataVersion() && !row_.empty()) {
-    buffer_ = row_;
+  if (rowData_ && rowRowid_ == editRowid_ && rowVersion_ == db_->dataVersion()) {
+    buffer_.assign(rowData_, rowData_ + schema_->columns.size());
     bufferLoaded_ = true;
   }
   editMode_ = dbEditInProgress;
@@ -625,6 +634,7 @@ void RecordsetCore::Update() {
 
 void RecordsetCore::KeepRow(int64_t rowid, std::vector<SqlValue> values) {
   row_ = std::move(values);
+  rowData_ = row_.data();
   rowRowid_ = rowid;
   rowVersion_ = db_->dataVersion();
 }

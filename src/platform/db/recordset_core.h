@@ -85,7 +85,9 @@ class RecordsetCore : public std::enable_shared_from_this<RecordsetCore> {
   std::string EffectiveOrder() const;
   // The current row's position, or 3021 with none, 3167 when it is deleted.
   size_t CurrentPosition() const;
-  const std::vector<SqlValue>& CurrentRow();
+  // The current row's values, in column order: in the row cache or in the read-ahead block.
+  const SqlValue* CurrentRow();
+  void ForgetRow();  // the next read of a field reads the row again
   // Reads the rows of the key set around position (the current row's) into ahead_, in one
   // statement.
   void ReadAhead(size_t position);
@@ -131,10 +133,12 @@ class RecordsetCore : public std::enable_shared_from_this<RecordsetCore> {
   BookmarkValue lastModified_;
   bool noMatch_ = false;
 
-  // Row cache: the current row as last read.
-  std::vector<SqlValue> row_;
-  int64_t rowRowid_ = 0;     // rowid of row_; 0 when empty
-  uint64_t rowVersion_ = 0;  // the database's data version when row_ was read
+  // Row cache: the current row as last read, in row_ or in the read-ahead block, where a walk's
+  // rows are read without a copy.
+  std::vector<SqlValue> row_;          // a row read alone, or as just written
+  const SqlValue* rowData_ = nullptr;  // the row's values; nullptr when none is held
+  int64_t rowRowid_ = 0;               // rowid of the row held; 0 when none
+  uint64_t rowVersion_ = 0;            // the database's data version when it was read
 
   // Read-ahead: the rows of a run of key set positions, read in one statement when the current
   // row wasn't among them, and served to the moves that follow. A row is served from it only
@@ -149,7 +153,7 @@ class RecordsetCore : public std::enable_shared_from_this<RecordsetCore> {
     std::vector<int32_t> slots;    // where each one's row is in values; -1 when the row is gone
     std::vector<SqlValue> values;  // the rows read, one after another, columns in order
     uint64_t version = 0;          // the database's data version when read
-    int64_t fileVersion = -1;      // the file's version when read; -1: not to be served again
+    FileStamp stamp;               // the file as it stood when read; not taken: not to be served
     size_t served = 0;             // moves served from it
     bool Holds(size_t position) const {
       return filled && position >= start && position - start < rowids.size();

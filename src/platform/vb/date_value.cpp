@@ -67,7 +67,8 @@ double CombineDateTime(double date, double time) {
 }
 
 double MakeDate(const DateParts& p) {
-  return CombineDateTime(DateSerial(p.year, p.month, p.day), TimeSerial(p.hour, p.minute, p.second));
+  return CombineDateTime(DateSerial(p.year, p.month, p.day),
+                         TimeSerial(p.hour, p.minute, p.second));
 }
 
 DateParts SplitDate(double value) {
@@ -93,17 +94,54 @@ std::string ToStorageText(double value) {
   return buf;
 }
 
-std::optional<double> FromStorageText(const std::string& text) {
-  DateParts p;
+namespace {
+
+// Reads exactly `width` digits at text[pos], or fails.
+bool Digits(const std::string& text, size_t pos, size_t width, int& value) {
+  if (pos + width > text.size()) return false;
+  value = 0;
+  for (size_t i = pos; i < pos + width; ++i) {
+    if (text[i] < '0' || text[i] > '9') return false;
+    value = value * 10 + (text[i] - '0');
+  }
+  return true;
+}
+
+// The parts of a storage text written as ToStorageText writes it ("yyyy-mm-dd hh:nn:ss") or
+// as a date alone; false for any other form. Every date read from a file comes this way, so it
+// is read by hand.
+bool ReadCanonical(const std::string& text, DateParts& p) {
+  if (text.size() != 10 && text.size() != 19) return false;
+  if (!Digits(text, 0, 4, p.year) || text[4] != '-' || !Digits(text, 5, 2, p.month) ||
+      text[7] != '-' || !Digits(text, 8, 2, p.day))
+    return false;
+  return text.size() == 10 ||
+         (text[10] == ' ' && Digits(text, 11, 2, p.hour) && text[13] == ':' &&
+          Digits(text, 14, 2, p.minute) && text[16] == ':' && Digits(text, 17, 2, p.second));
+}
+
+// Any other spelling of the same fields (fewer digits, blanks) is read as it always was.
+bool ReadLenient(const std::string& text, DateParts& p) {
   int consumed = 0;
   if (std::sscanf(text.c_str(), "%4d-%2d-%2d%n", &p.year, &p.month, &p.day, &consumed) != 3)
-    return std::nullopt;
+    return false;
   if (text.size() > static_cast<size_t>(consumed)) {
     int more = 0;
     if (std::sscanf(text.c_str() + consumed, " %2d:%2d:%2d%n", &p.hour, &p.minute, &p.second,
                     &more) != 3 ||
         static_cast<size_t>(consumed + more) != text.size())
-      return std::nullopt;
+      return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::optional<double> FromStorageText(const std::string& text) {
+  DateParts p;
+  if (!ReadCanonical(text, p)) {
+    p = DateParts();
+    if (!ReadLenient(text, p)) return std::nullopt;
   }
   if (p.month < 1 || p.month > 12 || p.day < 1 || p.day > DaysInMonth(p.year, p.month) ||
       p.hour > 23 || p.minute > 59 || p.second > 59 || p.hour < 0 || p.minute < 0 || p.second < 0)

@@ -1,7 +1,9 @@
 // Format of date values. The pattern is cut into fields and literals first, then the fields
 // "m"/"mm" next to an hour or a second become minutes, then each field is written.
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <memory>
 #include <vector>
 
 #include "platform/vb/ascii.h"
@@ -187,9 +189,45 @@ std::vector<Item> Parse(const std::string& pattern, const DateLocale& locale) {
 }
 
 std::string Number(int value, int width) {
-  char buf[16];
-  std::snprintf(buf, sizeof buf, "%0*d", width, value);
-  return buf;
+  if (value < 0 || value > 9999 || width > 4) {
+    char buf[16];
+    std::snprintf(buf, sizeof buf, "%0*d", width, value);
+    return buf;
+  }
+  // Days, months, hours, minutes, seconds and years: written by hand, as every date shown is.
+  char buf[4];
+  int n = 0;
+  do {
+    buf[n++] = static_cast<char>('0' + value % 10);
+    value /= 10;
+  } while (value > 0);
+  std::string out(static_cast<size_t>(std::max(0, width - n)), '0');
+  while (n > 0) out += buf[--n];
+  return out;
+}
+
+// The items of a pattern, parsed once per pattern and pair of separators: the same few
+// patterns are rendered over and over.
+// Shared, so that an entry dropped from the cache by a nested Render outlives its use.
+std::shared_ptr<const std::vector<Item>> ParsedItems(const std::string& pattern,
+                                                     const DateLocale& locale) {
+  struct Entry {
+    std::string pattern;
+    char dateSeparator;
+    char timeSeparator;
+    std::shared_ptr<const std::vector<Item>> items;
+  };
+  thread_local std::vector<Entry> cache;
+  for (const Entry& e : cache) {
+    if (e.dateSeparator == locale.dateSeparator && e.timeSeparator == locale.timeSeparator &&
+        e.pattern == pattern)
+      return e.items;
+  }
+  constexpr size_t kKept = 16;
+  if (cache.size() >= kKept) cache.erase(cache.begin());
+  cache.push_back({pattern, locale.dateSeparator, locale.timeSeparator,
+                   std::make_shared<const std::vector<Item>>(Parse(pattern, locale))});
+  return cache.back().items;
 }
 
 int FloorMod(long a, int b) { return static_cast<int>(((a % b) + b) % b); }
@@ -199,7 +237,8 @@ void CheckRange(double date) {
 }
 
 std::string Render(double date, const std::string& pattern, const DateLocale& locale, bool nested) {
-  const std::vector<Item> items = Parse(pattern, locale);
+  const std::shared_ptr<const std::vector<Item>> parsed = ParsedItems(pattern, locale);
+  const std::vector<Item>& items = *parsed;
   bool twelveHour = false;
   for (const Item& item : items) twelveHour = twelveHour || item.field == Field::AmPm;
   const DateParts p = SplitDate(date);

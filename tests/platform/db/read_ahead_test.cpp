@@ -3,6 +3,7 @@
 // a second Database on the same file, or by another process are seen at the next move, also on
 // rows that were read ahead before the change.
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <random>
 #include <string>
@@ -156,6 +157,41 @@ TEST_F(ReadAheadTest, SecondDatabaseChangesRowsAlreadyReadAhead) {
   rs.MovePrevious();
   EXPECT_EQ("again 200", Text(rs, "Value"));
   second.Close();
+}
+
+// A walk stamps the file by the write-ahead log's index; a writer that checkpoints the log and
+// starts it again from its beginning still shows as a change, so the rows are read again.
+TEST_F(ReadAheadTest, ChangeAfterTheLogIsCheckpointedAndRestartedIsSeen) {
+  Recordset rs = Table();
+  WalkTo(rs, 50);
+  ASSERT_EQ(51, Id(rs));
+  sqlite3* raw = nullptr;
+  ASSERT_EQ(SQLITE_OK, sqlite3_open(path_.c_str(), &raw));
+  auto exec = [raw](const std::string& sql) {
+    char* error = nullptr;
+    int rc = sqlite3_exec(raw, sql.c_str(), nullptr, nullptr, &error);
+    std::string text = error ? error : "";
+    sqlite3_free(error);
+    return rc == SQLITE_OK ? std::string("ok") : text;
+  };
+  ASSERT_EQ("ok", exec("UPDATE Walk SET Value = 'first 52' WHERE Id = 52"));
+  ASSERT_EQ("ok", exec("PRAGMA wal_checkpoint(TRUNCATE)"));
+  ASSERT_EQ("ok", exec("UPDATE Walk SET Value = 'after 53' WHERE Id = 53"));
+  rs.MoveNext();
+  EXPECT_EQ("first 52", Text(rs, "Value"));
+  rs.MoveNext();
+  EXPECT_EQ("after 53", Text(rs, "Value"));
+  // Both writes again, the log restarted between them, while the walk stands on a row.
+  ASSERT_EQ("ok", exec("PRAGMA wal_checkpoint(TRUNCATE)"));
+  ASSERT_EQ("ok", exec("UPDATE Walk SET Value = 'late 54' WHERE Id = 54"));
+  ASSERT_EQ("ok", exec("PRAGMA wal_checkpoint(TRUNCATE)"));
+  ASSERT_EQ("ok", exec("UPDATE Walk SET Value = 'late 55' WHERE Id = 55"));
+  rs.MoveNext();
+  EXPECT_EQ("late 54", Text(rs, "Value"));
+  rs.MoveNext();
+  EXPECT_EQ("late 55", Text(rs, "Value"));
+  sqlite3_close(raw);
+  for (rs.MoveNext(); !rs.EOF_(); rs.MoveNext()) EXPECT_EQ(Original(Id(rs)), Text(rs, "Value"));
 }
 
 TEST_F(ReadAheadTest, OtherRecordsetsOfTheSameDatabaseChangeRowsAlreadyReadAhead) {
