@@ -290,5 +290,26 @@ TEST(FaultTest, EveryFailingDiskCallLeavesASoundFileWithEveryReturnedRow) {
   EXPECT_EQ(totalTorn, 0);
 }
 
+// A read that failed while opening a sound log was reported as 3049, a file that isn't a
+// database, which would have sent the operator looking for another log.
+TEST(FaultTest, ADiskErrorWhileOpeningIsTheDisksErrorNotADamagedFile) {
+  FaultVfs::Install();
+  TempDir dir;
+  const std::string path = dir.Path("log.vdb");
+  PrepareBase(path);
+  for (long n = 1; n <= 3; ++n) {
+    std::string description;
+    int number = 0;
+    {
+      test::FaultScope fault(FaultKind::kRead, n, SQLITE_IOERR_READ);
+      number = testing::ErrorOf([&] { DBEngine::Workspaces(0).OpenDatabase(path).Close(); },
+                                description);
+    }
+    EXPECT_TRUE(number == 0 || number == 3043)
+        << "read " << n << ": " << number << " " << description;
+  }
+  EXPECT_EQ(test::IntegrityCheck(path), "ok");
+}
+
 }  // namespace
 }  // namespace vellumar::db
