@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= 2
 CMAKE_BUILD_TYPE ?= RelWithDebInfo
 
-.PHONY: setup configure build run test bench clean
+.PHONY: setup configure build run test test-asan test-fast fuzz bench clean
 
 setup:
 	@scripts/setup
@@ -29,11 +29,37 @@ run: build
 	  xvfb-run -a -s "-screen 0 1400x1000x24" $(BUILD)/bin/vellumar; \
 	fi
 
-test: build
+# The whole suite runs on the sanitized build (AddressSanitizer with leak checks, and
+# UndefinedBehaviorSanitizer, at -O1): one build for the tests keeps CI within its time on two
+# cores. The options reach the test programs that CMake runs to list their tests, too.
+ASAN_BUILD ?= build-asan
+SANITIZER_ENV := ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1 \
+  LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
+  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+
+test: test-asan
+
+test-asan: setup
+	@cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DVELLUMAR_SANITIZE=ON $(LAUNCHER) > /dev/null
+	@$(SANITIZER_ENV) cmake --build $(ASAN_BUILD) -j$(JOBS)
+	cd $(ASAN_BUILD) && $(SANITIZER_ENV) ctest -j$(JOBS) --output-on-failure --timeout 600
+
+# The suite on the ordinary optimised build, without sanitizers.
+test-fast: build
 	cd $(BUILD) && ctest -j$(JOBS) --output-on-failure --timeout 600
+
+# libFuzzer on the parsers that take text from outside, in a clang build of its own: each
+# target runs FUZZ_SECONDS from its seed corpus (fuzz/corpus/<target>); not part of `make test`.
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 60
+fuzz: setup
+	@cmake -S . -B $(FUZZ_BUILD) -DCMAKE_CXX_COMPILER=clang++-14 -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DVELLUMAR_FUZZ=ON $(LAUNCHER) > /dev/null
+	@cmake --build $(FUZZ_BUILD) -j$(JOBS) --target vellumar_fuzzers
+	fuzz/run $(FUZZ_BUILD) $(FUZZ_SECONDS)
 
 bench: build
 	bench/run $(BUILD)
 
 clean:
-	rm -rf $(BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)

@@ -81,6 +81,9 @@ class ScriptedDesktop final : public ui::Desktop {
   void SetScreen(ui::ScreenSize screen) { screen_ = screen; }
 
   const std::vector<DesktopCall>& Calls() const { return calls_; }
+  // Message boxes from this set are answered with the safest answer and only recorded, even
+  // when unscripted: for tests where a failure may or may not bring one up.
+  void Tolerate(std::vector<std::string> texts) { tolerated_ = std::move(texts); }
   // The texts of the message boxes shown, in order.
   std::vector<std::string> MessageBoxTexts() const;
   std::size_t PendingExpectations() const { return script_.size(); }
@@ -103,6 +106,7 @@ class ScriptedDesktop final : public ui::Desktop {
 
   std::deque<DesktopExpectation> script_;
   std::vector<DesktopCall> calls_;
+  std::vector<std::string> tolerated_;  // message texts answered without a script
   ui::ScreenSize screen_;
 };
 

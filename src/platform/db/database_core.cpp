@@ -127,6 +127,10 @@ void DatabaseCore::Connect() {
   if (rc != SQLITE_OK) {
     std::string message = db ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
     Close();
+    // A failing disk is the disk's error (3043, 3026), not a file that isn't a database.
+    if ((rc & 0xff) == SQLITE_IOERR || (rc & 0xff) == SQLITE_FULL) {
+      RaiseSqlite(nullptr, rc, "open " + path_, path_);
+    }
     throw vb::VbError(3049, NotADatabase(path_, message));
   }
   sqlite3_extended_result_codes(db, 1);

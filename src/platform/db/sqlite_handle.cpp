@@ -28,7 +28,9 @@ void RaiseSqlite(sqlite3* db, int rc, const std::string& what, const std::string
                                   "recognizes, or the file may be corrupt. (" +
                                   message + ")");
     case SQLITE_FULL:
-      throw vb::VbError(3035, "System resource exceeded: the disk is full (" + what + ")");
+      throw vb::VbError(3026, vb::ErrorDescription(3026) + " (" + what + ")");
+    case SQLITE_IOERR:
+      throw vb::VbError(3043, vb::ErrorDescription(3043) + " (" + what + ": " + message + ")");
     case SQLITE_CANTOPEN:
       throw vb::VbError(
           3051, "The database engine could not open the file '" + path + "' (" + message + ")");

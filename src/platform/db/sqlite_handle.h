@@ -16,7 +16,8 @@ using SqlValue = std::variant<std::monostate, int64_t, double, std::string>;
 inline bool IsNull(const SqlValue& v) { return std::holds_alternative<std::monostate>(v); }
 
 // Raises the VbError for a failed SQLite call: constraint violations are 3022, a read-only file
-// 3027, a locked file 3260, a file that isn't a database or is corrupt 3049 (naming path).
+// 3027, a locked file 3260, a file that isn't a database or is corrupt 3049 (naming path), a
+// full disk 3026 and any other failure of the disk 3043.
 [[noreturn]] void RaiseSqlite(sqlite3* db, int rc, const std::string& what,
                               const std::string& path = {});
 

@@ -29,6 +29,8 @@ std::string ErrorDescription(int number) {
       return "The changes you requested to the table were not successful because they would "
              "create duplicate values in the index, primary key, or relationship.";
     case 3024: return "Couldn't find file.";
+    case 3026: return "Not enough space on disk.";
+    case 3043: return "Disk or network error.";
     case 3044: return "Not a valid path.";
     case 3049: return "Can't open database. It may not be a database that your application recognizes, or the file may be corrupt.";
     case 3051: return "The database engine could not open the file. It is already opened exclusively by another user, or you need permission to view its data.";
