@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= 2
 CMAKE_BUILD_TYPE ?= RelWithDebInfo
 
-.PHONY: setup configure build run test test-asan test-fast fuzz bench clean
+.PHONY: setup configure build run test test-asan fuzz bench clean
 
 setup:
 	@scripts/setup
@@ -29,24 +29,21 @@ run: build
 	  xvfb-run -a -s "-screen 0 1400x1000x24" $(BUILD)/bin/vellumar; \
 	fi
 
-# The whole suite runs on the sanitized build (AddressSanitizer with leak checks, and
-# UndefinedBehaviorSanitizer, at -O1): one build for the tests keeps CI within its time on two
-# cores. The options reach the test programs that CMake runs to list their tests, too.
+# The whole suite on a sanitized build (AddressSanitizer with leak checks, and
+# UndefinedBehaviorSanitizer): `make test-asan`. The options reach the test programs that CMake
+# runs to list their tests, too.
 ASAN_BUILD ?= build-asan
 SANITIZER_ENV := ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1 \
   LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
   UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 
-test: test-asan
+test: build
+	cd $(BUILD) && ctest -j$(JOBS) --output-on-failure --timeout 600
 
 test-asan: setup
 	@cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DVELLUMAR_SANITIZE=ON $(LAUNCHER) > /dev/null
 	@$(SANITIZER_ENV) cmake --build $(ASAN_BUILD) -j$(JOBS)
 	cd $(ASAN_BUILD) && $(SANITIZER_ENV) ctest -j$(JOBS) --output-on-failure --timeout 600
-
-# The suite on the ordinary optimised build, without sanitizers.
-test-fast: build
-	cd $(BUILD) && ctest -j$(JOBS) --output-on-failure --timeout 600
 
 # libFuzzer on the parsers that take text from outside, in a clang build of its own: each
 # target runs FUZZ_SECONDS from its seed corpus (fuzz/corpus/<target>); not part of `make test`.
