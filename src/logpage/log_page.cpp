@@ -5,30 +5,17 @@
 namespace vellumar {
 
 LogPage::LogPage(LogPageServices services)
-    : loop(services.loop),
-      desktop(services.desktop),
-      settings(services.settings),
-      common(services.common),
-      lookupSlots(services.lookupSlots),
-      dxcc(services.dxcc),
-      bands(services.bands),
-      logSchema(services.logSchema),
-      qslQueue(services.qslQueue),
-      config(services.setup.Options()),
-      module(*this),
-      main(*this),
-      setup_(services.setup),
-      endProcess_(std::move(services.endProcess)) {
-  setup_.SetObserver(this);
+    : LogPageServices(std::move(services)), config(setup().Options()), module(*this), main(*this) {
+  setup().SetObserver(this);
 }
 
-LogPage::~LogPage() { setup_.SetObserver(nullptr); }
+LogPage::~LogPage() { setup().SetObserver(nullptr); }
 
 std::vector<ui::Form*> LogPage::LoadedForms() {
   std::vector<ui::Form*> forms;
   for (ui::Form* form :
        {static_cast<ui::Form*>(&main), static_cast<ui::Form*>(&capture),
-        static_cast<ui::Form*>(&setup_), static_cast<ui::Form*>(&cardPage),
+        static_cast<ui::Form*>(&setup()), static_cast<ui::Form*>(&cardPage),
         static_cast<ui::Form*>(&advancedFilter), static_cast<ui::Form*>(&addressEditor)}) {
     if (form->Loaded()) forms.push_back(form);
   }
@@ -46,7 +33,7 @@ void LogPage::SaveSetting(const std::string& section, const std::string& key,
 }
 
 void LogPage::EndProcess(int code) {
-  if (endProcess_) endProcess_(code);
+  if (endProcess) endProcess(code);
 }
 
 bool LogPage::SwitchLog(const std::string& pathname) {

@@ -39,22 +39,14 @@ struct LogPageServices {
   std::function<void(int code)> endProcess;  // ends the process: Form_Unload's last step
 };
 
-class LogPage final : public ConfigObserver {
+// The services are its base, so that the windows here read them as page_.loop, page_.dxcc...
+class LogPage final : public LogPageServices, public ConfigObserver {
  public:
   explicit LogPage(LogPageServices services);
   ~LogPage() override;
   LogPage(const LogPage&) = delete;
   LogPage& operator=(const LogPage&) = delete;
 
-  ui::EventLoop& loop;
-  ui::Desktop& desktop;
-  SettingsStore& settings;
-  Common& common;
-  LookupSlots& lookupSlots;
-  DXCCModule& dxcc;
-  BandTable& bands;
-  logstore::LogSchema& logSchema;
-  QSLQueue& qslQueue;
   const Configuration& config;  // the options, as the configuration window holds them
 
   VellumModule module;
@@ -65,7 +57,7 @@ class LogPage final : public ConfigObserver {
   AddressEditor addressEditor;
 
   // The configuration window itself, for its load and unload, its pages and its layout table.
-  VellumSetup& setup() { return setup_; }
+  VellumSetup& setup() { return LogPageServices::setup; }
   // The windows loaded now, in the order the program loads them.
   std::vector<ui::Form*> LoadedForms();
 
@@ -87,10 +79,6 @@ class LogPage final : public ConfigObserver {
   void LayoutCellChanged(int row, int column) override;
   void LayoutChanged() override;
   void SaveLogGridColumnWidths() override;
-
- private:
-  VellumSetup& setup_;
-  std::function<void(int)> endProcess_;
 };
 
 }  // namespace vellumar
