@@ -1,5 +1,6 @@
 #include "logpage/vellum_main.h"
 
+#include <algorithm>
 #include <string>
 
 #include "config/vellum_setup.h"
@@ -54,33 +55,8 @@ VellumMain::VellumMain(LogPage& page)
   }
   FilterFrame.SetCaption("Filter: None");
   SortFrame.SetCaption("Sort");
-  NewCmd.SetCaption("&New");
-  SaveCmd.SetCaption("&Save");
-  RevertCmd.SetCaption("&Revert");
-  DeleteCmd.SetCaption("&Delete");
-  ConfirmCmd.SetCaption("Con&firm");
-  VerifyCmd.SetCaption("&Verify");
+  ApplyCommandTexts();
   VerifyCmd.SetEnabled(false);  // follows QSL_Rcvd: only a card received ("Y") can be verified
-  // Every command of the Log page has an Alt key, so that a log is kept without the mouse.
-  LogFirstCmd.SetCaption("|< F&irst");
-  LogPrevCmd.SetCaption("< &Prev");
-  LogNextCmd.SetCaption("Ne&xt >");
-  LogLastCmd.SetCaption("&Last >|");
-  RACcmd.SetCaption("Callbook");
-  PlotLogCmd.SetCaption("Plot");
-  ReportLogCmd.SetCaption("Report");
-  CaptureCmd.SetCaption("Capture");
-  ConfigLogCmd.SetCaption("Config");
-  StopAddCmd.SetCaption("Stop");
-  for (ui::CommandButton* help :
-       {&HelpLogCmd, &HelpQSLCmd, &HelpProgressCmd, &HelpQTHCmd, &HelpImportCmd, &HelpExportCmd})
-    help->SetCaption("Help");
-  GenerateRequestedCmd.SetCaption("Add Requested");
-  ProcessPrintedCmd.SetCaption("Update Log");
-  SummaryCmd.SetCaption("Summary");
-  ReComputeCmd.SetCaption("ReCompute");
-  ImportCmd.SetCaption("Import");
-  ExportCmd.SetCaption("Export");
   LoggerImportButton.SetCaption("Logger");
   MMTTYImportButton.SetCaption("MMTTY");
   DXBaseExportButton.SetCaption("DXBase");
@@ -197,6 +173,17 @@ void VellumMain::WireControls() {
   LogGrid.FormatError = [this](int colIndex, const std::string& text) {
     page_.module.LogGridFormatError(colIndex, text);
   };
+  // A cell of the display is edited in place: the field's rule decides, the grid writes the
+  // row through the record layer, and the panel shows the row as written.
+  LogGrid.SetAllowUpdate(true);
+  LogGrid.BeforeColUpdate = [this](int colIndex, const std::string&, int& cancel) {
+    LogGrid_BeforeColUpdate(colIndex, LogGrid.EditText(), cancel);
+  };
+  LogGrid.AfterUpdate = [this] { LogGrid_AfterUpdate(); };
+  LogGrid.UpdateError = [this](int number, const std::string&) {
+    page_.common.ReportError(number, "VellumMain.LogGrid_BeforeUpdate");
+  };
+  page_.qslQueue.DisableQSLCommands = [this] { DisableQSLCommands(); };
   // The panel shows the row moved to: whatever was typed into the one left is dropped.
   LogPosition.Reposition = [this] { page_.module.SetModified(false); };
 }
@@ -256,7 +243,7 @@ void VellumMain::VellumMain_Load() {
     page_.setup().Load();
 
     BeginStep(7);
-    for (int i = 0; i < kFieldCount; ++i) {
+    for (int i = 0; i < LogGridFieldCount(); ++i) {
       SetFieldError(i, false);
       FieldInError[i] = false;
       FieldChanged[i] = false;
@@ -336,7 +323,7 @@ void VellumMain::InitTimer_Timer() {
 
 void VellumMain::ErrorTimer_Timer() {
   bool anyError = false;
-  for (int i = 0; i < kFieldCount; ++i) {
+  for (int i = 0; i < LogGridFieldCount(); ++i) {
     if (FieldInError[i]) {
       anyError = true;
       FieldLabel(i).SetVisible(BlinkPhase);
@@ -476,6 +463,13 @@ void VellumMain::SetLogTabVisibility(bool visible) {
 
 void VellumMain::SetQSLTabvisibility(bool visible) { QSLGrid.SetVisible(visible); }
 
+void VellumMain::DisableQSLCommands() {
+  // The queue's fill and update commands on the QSL tab; printing and clearing the queue join
+  // them with their buttons.
+  GenerateRequestedCmd.SetEnabled(false);
+  ProcessPrintedCmd.SetEnabled(false);
+}
+
 void VellumMain::LogFrameSelect_Click(int index) {
   if (IgnoreFrameSelectFlag) {
     IgnoreFrameSelectFlag = false;
@@ -518,8 +512,14 @@ void VellumMain::SetFieldError(int index, bool inError) {
   if (inError) ErrorTimer.SetEnabled(true);
 }
 
+// The error table is walked by the grid's columns, not by the slots: a layout of fewer columns
+// leaves the higher slots' flags and labels as they are.
+int VellumMain::LogGridFieldCount() const {
+  return std::min(static_cast<int>(LogGrid.Columns().size()), kFieldCount);
+}
+
 void VellumMain::ClearFieldErrors() {
-  for (int i = 0; i < kFieldCount; ++i) SetFieldError(i, false);
+  for (int i = 0; i < LogGridFieldCount(); ++i) SetFieldError(i, false);
 }
 
 void VellumMain::SetFieldEnable(bool enable) {

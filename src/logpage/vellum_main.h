@@ -133,6 +133,8 @@ class VellumMain : public ui::Form {
   // The field slots' error marks.
   void SetFieldError(int index, bool inError);
   void ClearFieldErrors();
+  // The slots whose error marks are walked: one per column of LogGrid, at most the 35 slots.
+  int LogGridFieldCount() const;
   void SetFieldEnable(bool enable);
   bool FieldsEnabled() const { return fieldsEnabled_; }
 
@@ -153,12 +155,24 @@ class VellumMain : public ui::Form {
   void LogLastCmd_Click();
   void LogGrid_RowColChange(const db::BookmarkValue& lastRow, int lastCol);
   void LogGrid_AfterUpdate();
+  // The grid's edit of a cell, before it is written: the field's rule decides, and a broken
+  // rule blinks the field's label and writes nothing.
+  void LogGrid_BeforeColUpdate(int colIndex, const std::string& newText, int& cancel);
+  // The queue's commands, when the QSL queue can't be opened or made.
+  void DisableQSLCommands();
   // Whether a card just received is worth sending to the DXCC desk for verification.
   bool VerificationNeeded();
 
   // How the slots react to the operator, and what makes a QSO valid.
   bool FieldErrors() const;
   bool ValidField(int index);
+  // The rule of a slot for a text: whether the text may be stored, and whether the slot shows
+  // an error for it (an empty QSL date is valid and no error; a too-long text is neither).
+  struct FieldVerdict {
+    bool valid;
+    bool error;
+  };
+  FieldVerdict CheckField(int index, const std::string& text) const;
   bool ValidFields();
   void Fieldbox_KeyDown(int index, int& keyCode, int shift);
   void Fieldbox_KeyPress(int index, int& keyAscii);
@@ -176,6 +190,8 @@ class VellumMain : public ui::Form {
 
  private:
   void WireControls();
+  // The command buttons' captions and tool tips, from their table.
+  void ApplyCommandTexts();
   void WireFields();
   void BeginStep(int step);
   // The recordset of the Log Page Display, and whether it has rows.

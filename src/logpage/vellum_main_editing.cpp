@@ -4,6 +4,7 @@
 // The current row is displayed (not modified), being edited (the recordset in Edit), or
 // empty-new: NewCmd writes an empty row at once, so a QSO has its row from its first moment.
 #include <string>
+#include <vector>
 
 #include "awards/progress_columns.h"
 #include "awards/progress_update.h"
@@ -13,10 +14,12 @@
 #include "logpage/log_page.h"
 #include "logpage/log_page_helpers.h"
 #include "logpage/vellum_main.h"
+#include "logstore/schema_tables.h"
 #include "platform/vb/ascii.h"
 #include "platform/vb/convert.h"
 #include "platform/vb/error.h"
 #include "platform/vb/format.h"
+#include "platform/vb/text.h"
 
 namespace vellumar {
 
@@ -341,6 +344,22 @@ void VellumMain::LogGrid_RowColChange(const db::BookmarkValue& lastRow, int last
 
 void VellumMain::LogGrid_AfterUpdate() { page_.module.SetModified(false); }
 
+void VellumMain::LogGrid_BeforeColUpdate(int colIndex, const std::string& newText, int& cancel) {
+  const std::vector<ui::GridColumn>& columns = LogGrid.Columns();
+  if (colIndex < 0 || colIndex >= static_cast<int>(columns.size())) return;
+  const std::string& column = columns[static_cast<size_t>(colIndex)].DataField;
+  for (int i = 0; i < kFieldCount; ++i) {
+    if (!vb::EqualsIgnoreCase(logstore::kQSOFields[static_cast<size_t>(i)].name, column)) continue;
+    // The panel's rule holds in the grid too: a broken one blinks the label, nothing is written.
+    const FieldVerdict verdict = CheckField(i, newText);
+    if (!verdict.valid) {
+      SetFieldError(i, true);
+      cancel = 1;
+    }
+    return;
+  }
+}
+
 // ---- The defaults of a new QSO, when its callsign is entered ----
 
 void VellumMain::InitializeQSO() {
@@ -351,12 +370,13 @@ void VellumMain::InitializeQSO() {
     // The transceiver program's frequency and mode take the place of the remembered ones once
     // it is linked; until then the remembered values serve.
     if (module.PrevFields.PrevFieldPresent(i)) Fieldbox(i).SetText(module.GetPrevFieldValue(i));
-    // The band follows a frequency; without one, a band the operator picked stays.
-    if (i == field::Freq && !Fieldbox(field::Freq).Text().empty()) {
-      IgnoringErrors([&] {
-        Fieldbox(field::Band)
-            .SetText(page_.bands.GetBandNameForFreq(vb::Val(Fieldbox(field::Freq).Text())));
-      });
+    // The band is the frequency's: empty when there is no frequency or no band holds it, even
+    // where the operator had picked one.
+    if (i == field::Freq) {
+      std::string band;
+      IgnoringErrors(
+          [&] { band = page_.bands.GetBandNameForFreq(vb::Val(Fieldbox(field::Freq).Text())); });
+      Fieldbox(field::Band).SetText(band);
     }
   }
   module.InitializeField(field::Operator, config.MyCallsign());

@@ -41,10 +41,10 @@ void VellumMain::WireFields() {
   for (auto& c : Fieldcombo) Adopt(*c);
   for (auto& d : DateBox) Adopt(*d);
   for (auto& combo : Fieldcombo) {
-    // The list is the operator's control; the box behind it holds the value.
+    // The box holds the value and takes what the operator types, a value in no list among
+    // them (FT8, 60M); the list beside it offers the usual ones.
     combo->SetStyle(ui::ComboBox::kDropDownList);
     combo->SetToolTipText(Fieldbox(combo->Index()).ToolTipText());
-    Fieldbox(combo->Index()).SetVisible(false);
   }
   for (auto& date : DateBox) {
     date->SetToolTipText(Fieldbox(date->Index()).ToolTipText());
@@ -78,46 +78,39 @@ bool VellumMain::FieldErrors() const {
   return false;
 }
 
-bool VellumMain::ValidField(int index) {
-  const std::string& text = Fieldbox(index).Text();
-  auto widthRule = [&] {
+VellumMain::FieldVerdict VellumMain::CheckField(int index, const std::string& text) const {
+  auto widthRule = [&]() -> FieldVerdict {
     const bool exceeded = static_cast<int>(vb::Len(text)) > page_.module.FieldWidth(index);
-    SetFieldError(index, exceeded);
-    return !exceeded;
+    return {!exceeded, exceeded};
   };
   switch (index) {
     case field::Call:
-      if (text.empty()) {
-        SetFieldError(index, true);
-        return false;
-      }
+      if (text.empty()) return {false, true};
       return widthRule();
     case field::QSO_Begin:
     case field::QSO_End: {
       const std::optional<int> year = text.empty() ? std::nullopt : YearOf(text);
       const bool valid = year && *year >= kEarliestYear;
-      SetFieldError(index, !valid);
-      return valid;
+      return {valid, !valid};
     }
     case field::QSLSDATE:
     case field::QSLRDATE: {
-      if (text.empty()) {
-        SetFieldError(index, false);
-        return true;
-      }
+      if (text.empty()) return {true, false};
       const std::optional<int> year = YearOf(text);
-      if (!year || *year < kEarliestYear) {
-        SetFieldError(index, true);
-        return false;
-      }
+      if (!year || *year < kEarliestYear) return {false, true};
       return widthRule();
     }
     case field::ADDRESS:
-      SetFieldError(index, false);
-      return true;
+      return {true, false};
     default:
       return widthRule();
   }
+}
+
+bool VellumMain::ValidField(int index) {
+  const FieldVerdict verdict = CheckField(index, Fieldbox(index).Text());
+  SetFieldError(index, verdict.error);
+  return verdict.valid;
 }
 
 bool VellumMain::ValidFields() {
@@ -139,11 +132,8 @@ void VellumMain::Fieldbox_KeyDown(int index, int& keyCode, int shift) {
       case 'S':
         SaveCmd_Click();
         return;
-      case 'V':
-      case 'X':
-        break;  // a paste or a cut changes the QSO like typing does
       default:
-        return;
+        return;  // under Ctrl only N and S act; a paste or a cut marks nothing
     }
   } else {
     switch (keyCode) {
@@ -292,10 +282,12 @@ void VellumMain::Fieldbox_Change(int index) {
     }
     return;
   }
-  // The list's items are compared case-blind, so that a stored "Hell" or "hell" shows its item.
+  // The list shows the item equal to the upper-cased text. The comparison itself is exact, so
+  // a list item in mixed case ("Hell", "Pkt") is never found and shows the empty item.
   ui::ComboBox& combo = Fieldcombo(index);
+  const std::string wanted = vb::UpperAscii(text);
   for (int i = 0; i < combo.ListCount(); ++i) {
-    if (vb::EqualsIgnoreCase(combo.List(i), text)) {
+    if (combo.List(i) == wanted) {
       MoveComboQuietly(index, i);
       return;
     }
@@ -379,12 +371,8 @@ void VellumMain::Fieldbox_OLEDragDrop(int index, const std::string* text, int& e
   } else {
     Fieldbox(index).SetText(text ? *text : std::string());
   }
+  // A drop fills the slot and no more: like a paste, it doesn't mark the QSO modified.
   effect = 1;
-  // A drop changes the QSO as typing does, so that the save writes it.
-  WithFailureTail(page_.common.errorLog(), "VellumMain.Fieldbox_OLEDragDrop", [&] {
-    BeginEdit();
-    page_.module.SetModified(true);
-  });
 }
 
 // ---- Date boxes ----

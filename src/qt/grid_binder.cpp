@@ -59,6 +59,16 @@ GridBinder::GridBinder(ui::Grid& grid, QTableView* view)
     // The grid formats, so that a value its format can't take reaches the program.
     return ControlAlive() ? grid_.FormatCell(column, value) : value.ToStringOrEmpty();
   });
+  model_->SetEditor([this](int row, int column, const std::string& text) {
+    bool written = false;
+    Forward([&] {
+      // The edited cell's row is the current one; a view that edits another moves there first.
+      const db::BookmarkValue target = model_->BookmarkAt(row);
+      if (target && row != static_cast<int>(SourcePosition())) source_->GoTo(target);
+      written = grid_.UserEditBoundCell(column, text);
+    });
+    return written;
+  });
   grid.SetRowHeight(TwipsFromPixels(view->verticalHeader()->defaultSectionSize()));
   ForwardMouse(false);
   ShowAll();
@@ -110,6 +120,12 @@ void GridBinder::ShowColumns() {
     const int width = grid_.Columns()[static_cast<size_t>(model_->GridColumnOf(c))].Width;
     if (width > 0) view->setColumnWidth(c, PixelsFromTwips(width));
   }
+  // A grid that lets the user update edits a cell on a double click, F2 or typing.
+  model_->SetEditable(grid_.AllowUpdate() && source_ != nullptr);
+  view->setEditTriggers(grid_.AllowUpdate() ? QAbstractItemView::DoubleClicked |
+                                                  QAbstractItemView::EditKeyPressed |
+                                                  QAbstractItemView::AnyKeyPressed
+                                            : QAbstractItemView::NoEditTriggers);
   QHeaderView* header = view->horizontalHeader();
   header->setSectionsMovable(grid_.AllowColMove());
   header->setSectionResizeMode(grid_.AllowColResize() ? QHeaderView::Interactive

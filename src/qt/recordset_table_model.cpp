@@ -144,7 +144,7 @@ QVariant RecordsetTableModel::data(const QModelIndex& index, int role) const {
     return QVariant::fromValue(
         AlignmentFlags(columns_[static_cast<size_t>(index.column())].Alignment));
   }
-  if (role != Qt::DisplayRole) return {};
+  if (role != Qt::DisplayRole && role != Qt::EditRole) return {};
   const Row* row = Fetch(index.row());
   if (row == nullptr || index.column() >= static_cast<int>(row->cells.size())) return {};
   return row->cells[static_cast<size_t>(index.column())];
@@ -155,6 +155,20 @@ QVariant RecordsetTableModel::headerData(int section, Qt::Orientation orientatio
   if (orientation == Qt::Vertical) return section + 1;
   if (section < 0 || section >= static_cast<int>(columns_.size())) return {};
   return ToQString(columns_[static_cast<size_t>(section)].Caption);
+}
+
+Qt::ItemFlags RecordsetTableModel::flags(const QModelIndex& index) const {
+  Qt::ItemFlags f = QAbstractTableModel::flags(index);
+  if (index.isValid() && editable_ && editor_) f |= Qt::ItemIsEditable;
+  return f;
+}
+
+bool RecordsetTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (!index.isValid() || role != Qt::EditRole || !editable_ || !editor_) return false;
+  const int row = index.row();
+  if (!editor_(row, GridColumnOf(index.column()), ToStdString(value.toString()))) return false;
+  RefreshRows({row});
+  return true;
 }
 
 db::BookmarkValue RecordsetTableModel::BookmarkAt(int row) const {

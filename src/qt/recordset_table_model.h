@@ -30,6 +30,11 @@ class RecordsetTableModel : public QAbstractTableModel {
   // without one formats with the column's NumberFormat.
   using CellFormatter = std::function<std::string(int gridColumn, const vb::Variant& value)>;
   void SetFormatter(CellFormatter formatter) { formatter_ = std::move(formatter); }
+  // Writes a cell the user edited (row, column's index in the grid's Columns(), text); true
+  // when the row was written. Without one, or with it off, the cells are read-only.
+  using CellEditor = std::function<bool(int row, int gridColumn, const std::string& text)>;
+  void SetEditor(CellEditor editor) { editor_ = std::move(editor); }
+  void SetEditable(bool editable) { editable_ = editable; }
 
   // Shows the rows of `recordset` (not moved: a clone is read) in the given columns; the hidden
   // columns are left out.
@@ -46,6 +51,8 @@ class RecordsetTableModel : public QAbstractTableModel {
   QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
   QVariant headerData(int section, Qt::Orientation orientation,
                       int role = Qt::DisplayRole) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
 
   // The row's bookmark (a default one for a row that can't be read).
   db::BookmarkValue BookmarkAt(int row) const;
@@ -73,6 +80,8 @@ class RecordsetTableModel : public QAbstractTableModel {
   mutable std::map<int, Row> cache_;  // by row number
   mutable std::int64_t rowsFetched_ = 0;
   CellFormatter formatter_;
+  CellEditor editor_;
+  bool editable_ = false;
 };
 
 }  // namespace vellumar::qt

@@ -1,5 +1,7 @@
 #include "qt/vellum_main_view.h"
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QDropEvent>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -107,12 +109,25 @@ QWidget* VellumMainView::FieldPanel(ui::Control& frame, const std::vector<int>& 
     const int row = static_cast<int>(n) / pairsPerRow;
     const int column = 2 * (static_cast<int>(n) % pairsPerRow);
     auto* label = WidgetAs<QLabel>(main_.FieldLabel(slot), box);
-    // A slot with a list shows its combo, a date slot its date box; the box behind them holds
-    // the value and stays hidden.
+    // A slot with a list shows its box, which takes any text, with the list's button beside
+    // it; a date slot shows its date box, and the box behind it holds the value.
     QWidget* edit = nullptr;
+    QWidget* cell = nullptr;
     if (main_.Fieldcombo.Exists(slot)) {
-      Widget(main_.Fieldbox(slot), box);
-      edit = Widget(main_.Fieldcombo(slot), box);
+      cell = new QWidget(box);
+      auto* pair = new QHBoxLayout(cell);
+      pair->setContentsMargins(0, 0, 0, 0);
+      pair->setSpacing(1);
+      edit = Widget(main_.Fieldbox(slot), cell);
+      edit->installEventFilter(new SlotDropFilter(main_, slot, edit));
+      auto* list = WidgetAs<QComboBox>(main_.Fieldcombo(slot), cell);
+      // Only the button shows: the box beside it tells the value. The list opens wide enough
+      // for its items.
+      list->setFixedWidth(list->fontMetrics().height() + 12);
+      list->view()->setMinimumWidth(list->fontMetrics().horizontalAdvance("W") * 10);
+      list->setFocusPolicy(Qt::ClickFocus);
+      pair->addWidget(edit, 1);
+      pair->addWidget(list);
     } else if (main_.DateBox.Exists(slot)) {
       Widget(main_.Fieldbox(slot), box);
       edit = Widget(main_.DateBox(slot), box);
@@ -128,7 +143,7 @@ QWidget* VellumMainView::FieldPanel(ui::Control& frame, const std::vector<int>& 
     label->setSizePolicy(policy);
     edit->setMinimumWidth(70);
     grid->addWidget(label, row, column);
-    grid->addWidget(edit, row, column + 1);
+    grid->addWidget(cell != nullptr ? cell : edit, row, column + 1);
     grid->setColumnStretch(column + 1, 1);
   }
   return box;

@@ -131,11 +131,23 @@ TEST_F(FieldTest, ACodeTheDatabaseDoesntHoldClearsThePrefixList) {
   EXPECT_EQ(combo(2).Text(), "");
 }
 
-TEST_F(FieldTest, APrefixWithItemData0LeavesTheCodeEmpty) {
+// A DXCC database whose fourth prefix, 4U1X, has no entity code: its list item's data is 0.
+class UncodedPrefixTest : public LogPageTest {
+ protected:
+  UncodedPrefixTest() : LogPageTest(test::ProgramHarness::DXCC::kSmallWithUncoded) {
+    main().NewCmd.UserClick();
+    Type(1, "K2AA");
+    Enter(1);
+  }
+};
+
+TEST_F(UncodedPrefixTest, APrefixWithItemData0LeavesTheCodeEmpty) {
   ASSERT_EQ(box(3).Text(), "291");
-  combo(2).UserSelect(0);  // the empty item
-  EXPECT_EQ(box(3).Text(), "");
-  EXPECT_EQ(box(2).Text(), "");
+  Pick(2, "4U1X");
+  ASSERT_EQ(combo(2).Text(), "4U1X");
+  EXPECT_EQ(combo(2).ItemData(combo(2).ListIndex()), 0);
+  EXPECT_EQ(box(2).Text(), "4U1X");
+  EXPECT_EQ(box(3).Text(), "");  // not "0"
   Pick(2, "VP2E");
   EXPECT_EQ(box(3).Text(), "12");
   EXPECT_EQ(box(2).Text(), "VP2E");
@@ -144,16 +156,42 @@ TEST_F(FieldTest, APrefixWithItemData0LeavesTheCodeEmpty) {
 
 TEST_F(FieldTest, AModeInNoListShowsTheEmptyItemAndKeepsTheText) {
   Pick(5, "CW");
-  box(5).SetText("FT8");
+  // The operator selects the box's "CW" and types over it.
+  box(5).SetSelStart(0);
+  box(5).SetSelLength(2);
+  Type(5, "FT8");
   EXPECT_EQ(combo(5).ListIndex(), 0);
   EXPECT_EQ(box(5).Text(), "FT8");
   EXPECT_FALSE(main().ComboEchoIgnored[5]);  // the combo's click took the flag back
   main().SaveCmd.UserClick();
   EXPECT_EQ(FileValue("K2AA", "Mode"), "FT8");
+  EXPECT_EQ(combo(5).ListIndex(), 0);
+}
+
+TEST_F(FieldTest, ABandInNoListIsTypedAndSaved) {
+  Type(0, "60M");
+  EXPECT_EQ(combo(0).ListIndex(), 0);
+  main().SaveCmd.UserClick();
+  EXPECT_EQ(FileValue("K2AA", "Band"), "60M");
+  EXPECT_EQ(box(0).Text(), "60M");
+  EXPECT_EQ(combo(0).ListIndex(), 0);
+}
+
+TEST_F(FieldTest, TheListMatchIsOnTheUpperCasedTextExactly) {
+  Type(5, "cw");
+  EXPECT_EQ(combo(5).Text(), "CW");  // "CW" is the upper-cased "cw"
+  EXPECT_EQ(box(5).Text(), "cw");
+  // The list's "Hell" is in mixed case: the upper-cased text "HELL" never equals it.
+  for (const char* typed : {"Hell", "HELL", "hell"}) {
+    SCOPED_TRACE(typed);
+    box(5).UserSetText(typed);
+    EXPECT_EQ(combo(5).ListIndex(), 0);
+    EXPECT_EQ(box(5).Text(), typed);
+  }
 }
 
 TEST_F(FieldTest, AValueInTheListMovesTheCombo) {
-  box(5).SetText("rtty");
+  Type(5, "rtty");
   EXPECT_EQ(combo(5).Text(), "RTTY");
   EXPECT_EQ(box(5).Text(), "rtty");
 }
@@ -206,7 +244,7 @@ TEST_F(FieldTest, ADoubleClickOnTheCallsignLooksItUp) {
   EXPECT_EQ(app->lookupSlots.DXCCID, "291");
 }
 
-TEST_F(FieldTest, ADropFillsTheSlotAndChangesTheQSO) {
+TEST_F(FieldTest, ADropFillsTheSlotWithoutMarkingTheQSOModified) {
   main().SaveCmd.UserClick();
   ASSERT_FALSE(app->module.RecordModified());
   int effect = -1;
@@ -214,11 +252,56 @@ TEST_F(FieldTest, ADropFillsTheSlotAndChangesTheQSO) {
   main().Fieldbox_OLEDragDrop(6, &text, effect);
   EXPECT_EQ(effect, 1);
   EXPECT_EQ(box(6).Text(), "Hiram");
-  EXPECT_TRUE(app->module.RecordModified());
+  EXPECT_FALSE(app->module.RecordModified());
+  EXPECT_FALSE(main().SaveCmd.Enabled());
   main().Fieldbox_OLEDragDrop(34, nullptr, effect);
   EXPECT_EQ(effect, 0);
+  const std::string address = "PO Box 1";
+  main().Fieldbox_OLEDragDrop(34, &address, effect);
+  EXPECT_EQ(effect, 1);
+  EXPECT_EQ(box(34).Text(), "PO Box 1");
+  EXPECT_FALSE(app->module.RecordModified());
+}
+
+TEST_F(FieldTest, UnderCtrlOnlyNAndSAct) {
   main().SaveCmd.UserClick();
-  EXPECT_EQ(FileValue("K2AA", "Name"), "Hiram");
+  ASSERT_FALSE(app->module.RecordModified());
+  // A paste, a cut, a copy, or any other letter under Ctrl marks nothing.
+  for (char letter : {'V', 'X', 'C', 'A', 'Z'}) {
+    SCOPED_TRACE(letter);
+    Ctrl(6, letter);
+    EXPECT_FALSE(app->module.RecordModified());
+    EXPECT_FALSE(main().SaveCmd.Enabled());
+  }
+  const long before = RowsInFile();
+  Ctrl(6, 'N');
+  EXPECT_EQ(RowsInFile(), before + 1);  // New wrote the next QSO's empty row
+}
+
+TEST_F(FieldTest, TheErrorMarksAreWalkedByTheGridsColumns) {
+  // The default layout has eight columns: the marks of slots 0 to 7 are cleared and blink, and
+  // the others are left to their slots' own changes.
+  ASSERT_EQ(main().LogGridFieldCount(), 8);
+  main().SetFieldError(6, true);
+  main().SetFieldError(19, true);
+  main().ClearFieldErrors();
+  EXPECT_FALSE(main().FieldInError[6]);
+  EXPECT_TRUE(main().FieldInError[19]);
+  EXPECT_EQ(main().FieldLabel(19).ForeColor(), 255u);
+  // The blink counts slot 19 as no error: its label stays shown and the timer stops itself.
+  ASSERT_TRUE(main().ErrorTimer.Enabled());
+  h.loop.Advance(300);
+  EXPECT_TRUE(main().FieldLabel(19).Visible());
+  EXPECT_FALSE(main().ErrorTimer.Enabled());
+  // A slot within the columns blinks.
+  main().SetFieldError(5, true);
+  h.loop.Advance(260);
+  h.loop.Advance(260);
+  bool hidden = !main().FieldLabel(5).Visible();
+  h.loop.Advance(260);
+  hidden = hidden || !main().FieldLabel(5).Visible();
+  EXPECT_TRUE(hidden);
+  EXPECT_TRUE(main().ErrorTimer.Enabled());
 }
 
 TEST_F(FieldTest, AnyKeyButTheMovesMarksTheQSOModified) {

@@ -12,7 +12,7 @@ namespace vellumar::test {
 
 class LogPageTest : public ::testing::Test {
  protected:
-  LogPageTest() {
+  explicit LogPageTest(ProgramHarness::DXCC dxcc = ProgramHarness::DXCC::kSmall) : h(dxcc) {
     h.SeedReturningOperator();
     app = &h.Start();
     h.loop.Advance(300);  // the start-up's last timer

@@ -88,6 +88,33 @@ TEST_F(LogPageTest, TheRememberedFrequencyGivesTheBand) {
   EXPECT_EQ(combo(0).Text(), "20M");
 }
 
+TEST_F(LogPageTest, WithoutAFrequencyTheBandIsEmptiedEvenWhenPicked) {
+  // No frequency typed and none remembered: the band picked from the list doesn't survive the
+  // callsign's Enter, since the band is always the frequency's.
+  main().NewCmd.UserClick();
+  Pick(0, "20M");
+  ASSERT_EQ(box(0).Text(), "20M");
+  Type(1, "K2AA");
+  Enter(1);
+  EXPECT_EQ(box(4).Text(), "");
+  EXPECT_EQ(box(0).Text(), "");
+  EXPECT_EQ(combo(0).ListIndex(), 0);
+}
+
+TEST_F(LogPageTest, AFrequencyOutsideEveryBandGivesNoBand) {
+  main().NewCmd.UserClick();
+  Type(4, "5.3715");  // 60 m is in no band of the table
+  Type(1, "K2AA");
+  Enter(1);
+  main().SaveCmd.UserClick();
+  main().NewCmd.UserClick();
+  Pick(0, "40M");
+  Type(1, "K3BB");
+  Enter(1);
+  EXPECT_EQ(box(4).Text(), "5.3715");  // remembered
+  EXPECT_EQ(box(0).Text(), "");
+}
+
 TEST_F(LogPageTest, LeftClickOnSaveStaysOnTheSavedQSO) {
   main().NewCmd.UserClick();
   Type(1, "K2AA");
@@ -145,6 +172,9 @@ TEST_F(LogPageTest, SavingABrokenQSOByHandRepairsIt) {
   Type(1, "K2AA");
   Enter(1);
   Type(32, "Y");
+  // The count into Progress would clear the mark of a countable QSO too; with no Progress open
+  // it is skipped, so only the save itself can have cleared it.
+  main().ProgressPosition.SetRecordset(db::Recordset());
   main().SaveCmd.UserClick();
   EXPECT_EQ(FileValue("K2AA", "BROKEN"), "");
   EXPECT_EQ(box(32).Text(), "");

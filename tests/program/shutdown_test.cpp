@@ -4,6 +4,7 @@
 #include <string>
 
 #include "config/vellum_setup.h"
+#include "platform/db/database.h"
 #include "support/program_harness.h"
 
 namespace vellumar {
@@ -68,10 +69,25 @@ TEST(Shutdown, AnEditedUnsavedQSOIsDroppedWithoutAQuestion) {
   h.SeedReturningOperator();
   Application& app = h.Start();
   ASSERT_TRUE(app.module.LogOpen());
-  app.module.SetModified(true);
+  h.loop.Advance(300);  // the start-up's last timer
+  app.main.Show();
+  // A saved QSO, then an edit of it typed and never saved.
+  app.main.NewCmd.UserClick();
+  app.main.Fieldbox(1).UserType("K2AA");
+  app.main.Fieldbox(1).UserKey(ui::vbKeyReturn, 0, ui::vbKeyReturn);
+  app.main.SaveCmd.UserClick();
+  app.main.Fieldbox(6).UserType("Bob");
+  ASSERT_TRUE(app.module.RecordModified());
+  const std::string path = app.module.LogDatabase.Name();
   ASSERT_TRUE(app.CloseMainWindow(ui::vbFormControlMenu));
   EXPECT_FALSE(app.module.RecordModified());
   EXPECT_TRUE(h.desktop.Calls().empty());
+  // The file holds the QSO as saved: the typed name went with the window.
+  db::Database log = db::DBEngine::Workspaces(0).OpenDatabase(path);
+  db::Recordset rs = log.OpenRecordset("QSOs", db::dbOpenDynaset);
+  rs.FindFirst("Call = 'K2AA'");
+  ASSERT_FALSE(rs.NoMatch());
+  EXPECT_EQ(rs.Fields("Name").Value().ToStringOrEmpty(), "");
 }
 
 TEST(Shutdown, TheShutdownTimerUnloadsWithoutQueryUnload) {

@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <string>
 
 #include "config/vellum_setup.h"
@@ -122,6 +123,51 @@ TEST(Startup, AMissingDXCCDatabaseIsTheFatalMessageAndNothingElse) {
   EXPECT_FALSE(app.setup().Loaded());
   EXPECT_FALSE(app.capture.Visible());
   EXPECT_EQ(h.desktop.Calls().size(), 1u);
+}
+
+// The QSL commands as they stand when the log is about to be opened (step 10), right after the
+// queue was opened at step 9.
+struct QSLCommandsAtStep10 {
+  bool generateRequested = false;
+  bool processPrinted = false;
+};
+
+QSLCommandsAtStep10 StartWatchingQSLCommands(ProgramHarness& h) {
+  QSLCommandsAtStep10 seen;
+  Application& app = h.Build();
+  app.main.OnLoadStep = [&app, &seen](int step) {
+    if (step != 10) return;
+    seen.generateRequested = app.main.GenerateRequestedCmd.Enabled();
+    seen.processPrinted = app.main.ProcessPrintedCmd.Enabled();
+  };
+  app.Start();
+  return seen;
+}
+
+TEST(Startup, AQueueThatOpensLeavesTheQSLCommandsEnabled) {
+  ProgramHarness h;
+  h.SeedReturningOperator();
+  const QSLCommandsAtStep10 seen = StartWatchingQSLCommands(h);
+  EXPECT_TRUE(h.app->qslQueue.IsOpen());
+  EXPECT_TRUE(seen.generateRequested);
+  EXPECT_TRUE(seen.processPrinted);
+}
+
+TEST(Startup, AQueueThatCantBeOpenedDisablesTheQSLCommands) {
+  ProgramHarness h;
+  h.SeedReturningOperator();
+  // A folder where the queue's file should be: it can't be opened as a database.
+  const std::string queue = h.LogPath("QSL.vdb");
+  std::filesystem::create_directories(queue);
+  h.desktop.ExpectMsgBox("Unable to open QSL Queue database: " + queue);
+  const QSLCommandsAtStep10 seen = StartWatchingQSLCommands(h);
+  EXPECT_FALSE(h.app->qslQueue.IsOpen());
+  EXPECT_FALSE(seen.generateRequested);
+  EXPECT_FALSE(seen.processPrinted);
+  EXPECT_NE(h.ErrorLogText().find("Unable to open QSLQueue " + queue), std::string::npos)
+      << h.ErrorLogText();
+  // The rest of the program runs: the log opened.
+  EXPECT_TRUE(h.app->module.LogOpen());
 }
 
 TEST(Startup, AnEmptyLogsInitTimerMovesFailSilently) {

@@ -162,7 +162,7 @@ TEST_F(OperatorTest, LogsTwoQSOsAndDeletesOneFromTheKeyboardAndTheMouse) {
   EXPECT_EQ(Text(1), "G4XYZ");
 }
 
-TEST_F(OperatorTest, TextDroppedOnASlotChangesTheQSO) {
+TEST_F(OperatorTest, TextDroppedOnASlotFillsItAndTheNextKeyMarksTheQSO) {
   Alt(Qt::Key_N);
   Keys("g4xyz");
   Key(Qt::Key_Return);
@@ -179,9 +179,84 @@ TEST_F(OperatorTest, TextDroppedOnASlotChangesTheQSO) {
   QApplication::sendEvent(name, &drop);
   EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
   EXPECT_EQ(Text(6), "Nigel");
+  EXPECT_FALSE(app_->module.RecordModified());  // a drop alone marks nothing
+  name->setFocus();
+  Key(Qt::Key_Right);
   EXPECT_TRUE(app_->module.RecordModified());
   Key(Qt::Key_S, Qt::ControlModifier);
   EXPECT_EQ(Value("G4XYZ", "Name"), "Nigel");
+}
+
+TEST_F(OperatorTest, ListFieldsTakeTypedValuesAndTheGridEditsInPlace) {
+  Alt(Qt::Key_N);
+  Keys("g4xyz");
+  Key(Qt::Key_Return);
+  // A mode and a band in no list, typed into their boxes.
+  auto* mode = Find<QComboBox>("Fieldcombo(5)");
+  auto* band = Find<QComboBox>("Fieldcombo(0)");
+  ASSERT_TRUE(Box(5)->isVisible());
+  ASSERT_TRUE(Box(0)->isVisible());
+  Box(5)->setFocus();
+  Box(5)->selectAll();
+  Keys("FT8");
+  Box(0)->setFocus();
+  Box(0)->selectAll();
+  Keys("60M");
+  EXPECT_EQ(mode->currentIndex(), 0);
+  EXPECT_EQ(band->currentIndex(), 0);
+  Key(Qt::Key_S, Qt::ControlModifier);
+  EXPECT_EQ(Value("G4XYZ", "Mode"), "FT8");
+  EXPECT_EQ(Value("G4XYZ", "Band"), "60M");
+  EXPECT_EQ(Text(5), "FT8");
+  EXPECT_EQ(mode->currentIndex(), 0);
+  EXPECT_EQ(band->currentIndex(), 0);
+  // A listed mode typed in lower case: the list shows it.
+  Box(5)->setFocus();
+  Box(5)->selectAll();
+  Keys("cw");
+  EXPECT_EQ(mode->currentText(), QStringLiteral("CW"));
+  EXPECT_EQ(Text(5), "cw");
+  Key(Qt::Key_S, Qt::ControlModifier);
+  EXPECT_EQ(Value("G4XYZ", "Mode"), "cw");
+
+  // The name edited in the grid's cell: the row changes in the file and the panel follows.
+  auto* grid = Find<QTableView>("LogGrid");
+  int nameColumn = -1;
+  for (int c = 0; c < grid->model()->columnCount(); ++c)
+    if (grid->model()->headerData(c, Qt::Horizontal).toString() == QStringLiteral("Name"))
+      nameColumn = c;
+  ASSERT_GE(nameColumn, 0);
+  const QModelIndex cell = grid->model()->index(0, nameColumn);
+  grid->scrollTo(cell);
+  const QPoint middle = grid->visualRect(cell).center();
+  QTest::mouseClick(grid->viewport(), Qt::LeftButton, Qt::NoModifier, middle);
+  QTest::mouseDClick(grid->viewport(), Qt::LeftButton, Qt::NoModifier, middle);
+  // The cell's editor: the one shown (a closed one may linger until deleted).
+  const auto openEditor = [grid]() -> QLineEdit* {
+    for (QLineEdit* e : grid->viewport()->findChildren<QLineEdit*>())
+      if (e->isVisible()) return e;
+    return nullptr;
+  };
+  QLineEdit* editor = openEditor();
+  ASSERT_NE(editor, nullptr) << "no editor opened on the cell";
+  editor->selectAll();
+  QTest::keyClicks(editor, QStringLiteral("Nigel"));
+  QTest::keyClick(editor, Qt::Key_Return);
+  QTest::qWait(50);  // the view commits a closed editor's text from its event queue
+  EXPECT_EQ(Value("G4XYZ", "Name"), "Nigel");
+  EXPECT_EQ(Text(6), "Nigel");
+  EXPECT_EQ(grid->model()->data(cell).toString(), QStringLiteral("Nigel"));
+  EXPECT_FALSE(app_->module.RecordModified());
+  // A name longer than the field: the label turns red, nothing is written.
+  QTest::mouseDClick(grid->viewport(), Qt::LeftButton, Qt::NoModifier, middle);
+  editor = openEditor();
+  ASSERT_NE(editor, nullptr);
+  editor->selectAll();
+  QTest::keyClicks(editor, QStringLiteral("A name longer than twenty"));
+  QTest::keyClick(editor, Qt::Key_Return);
+  QTest::qWait(50);  // the view commits a closed editor's text from its event queue
+  EXPECT_EQ(Value("G4XYZ", "Name"), "Nigel");
+  EXPECT_TRUE(app_->main.FieldInError[6]);
 }
 
 }  // namespace

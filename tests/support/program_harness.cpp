@@ -16,10 +16,12 @@ ProgramHarness::ProgramHarness(DXCC dxcc) : loop(&clock), settings(dir.Join("con
   std::filesystem::copy_file(std::string(VELLUMAR_SOURCE_DIR) + "/data/Bands.txt",
                              installed_ + "/Bands.txt");
   if (dxcc == DXCC::kNone) return;
-  CreateTestDXCCDatabase(installed_ + "/DXCC.vdb",
-                         {{"K", 291, "United States", std::nullopt},
-                          {"G", 223, "England", std::nullopt},
-                          {"VP2E", 12, "Anguilla", std::nullopt}},
+  std::vector<TestDXCCRow> entities = {{"K", 291, "United States", std::nullopt},
+                                       {"G", 223, "England", std::nullopt},
+                                       {"VP2E", 12, "Anguilla", std::nullopt}};
+  if (dxcc == DXCC::kSmallWithUncoded)
+    entities.push_back({"4U1X", std::nullopt, "Uncoded Entity", std::nullopt});
+  CreateTestDXCCDatabase(installed_ + "/DXCC.vdb", entities,
                          {{"K", "K", "K"}, {"G", "G", "G"}, {"VP2E", "VP2E", "VP2E"}},
                          {{"K", "NA", 5, 8}, {"G", "EU", 14, 27}, {"VP2E", "NA", 8, 11}});
 }

@@ -22,6 +22,8 @@ class ProgramHarness {
  public:
   enum class DXCC {
     kSmall,  // three entities (K, G, VP2E), made here: a quick start
+    // The three, and a fourth prefix (4U1X) whose entity has no code: its list item's data is 0.
+    kSmallWithUncoded,
     kBuilt,  // the database the build generated from the country files
     kNone,   // no DXCC database installed at all
   };

@@ -23,6 +23,52 @@ std::string Grid::FormatCell(int colIndex, const vb::Variant& value) {
   }
 }
 
+bool Grid::UserEditBoundCell(int col, const std::string& text) {
+  if (!Enabled() || !allowUpdate_ || dataMode_ != kBound || dataSource_ == nullptr) return false;
+  if (col < 0 || col >= static_cast<int>(columns_.size())) return false;
+  const std::string& field = columns_[static_cast<size_t>(col)].DataField;
+  db::Recordset& rs = dataSource_->Recordset();
+  if (field.empty() || !rs || rs.BOF() || rs.EOF_()) return false;
+  std::string oldValue;
+  try {
+    oldValue = rs.Fields(field).Value().ToStringOrEmpty();
+  } catch (const vb::VbError& e) {
+    Raise(UpdateError, e.number(), e.description());
+    return false;
+  }
+  col_ = col;
+  editText_ = text;
+  int cancel = 0;
+  Raise(BeforeColUpdate, col, oldValue, cancel);
+  if (cancel != 0) {
+    editText_ = oldValue;
+    Notify(Property::Selection);
+    return false;
+  }
+  db::BookmarkValue written;
+  try {
+    if (rs.EditMode() == db::dbEditNone) rs.Edit();
+    dataSource_->UpdateRecord();
+    rs.Fields(field).SetValue(editText_.empty() ? vb::Variant::Null() : vb::Variant(editText_));
+    rs.Update();
+    written = rs.LastModified();
+  } catch (const vb::VbError& e) {
+    // Nothing of the edit is kept: the row stays as it was in the file.
+    try {
+      if (rs.EditMode() != db::dbEditNone) rs.CancelUpdate();
+    } catch (const vb::VbError&) {
+    }
+    editText_ = oldValue;
+    Notify(Property::Selection);
+    Raise(UpdateError, e.number(), e.description());
+    return false;
+  }
+  dataSource_->GoTo(written);
+  Raise(AfterColUpdate, col);
+  Raise(AfterUpdate);
+  return true;
+}
+
 void Grid::SetArray(std::vector<ArrayRow> rows) {
   editActive_ = false;
   array_ = std::move(rows);

@@ -67,6 +67,10 @@ class Grid : public InputControl {
   bool AllowColResize() const { return allowColResize_; }
   void SetAllowColResize(bool v) { Set(allowColResize_, v, Property::List); }
 
+  // Whether the user may edit the cells of a bound grid; an edit writes the row itself.
+  bool AllowUpdate() const { return allowUpdate_; }
+  void SetAllowUpdate(bool v) { Set(allowUpdate_, v, Property::List); }
+
   int Col() const { return col_; }
   void SetCol(int c) { Set(col_, c, Property::Selection); }
   int VisibleRows() const { return visibleRows_; }  // rows the view shows at once
@@ -113,6 +117,13 @@ class Grid : public InputControl {
   // Adds an empty row at the end of an array grid: BeforeInsert (may cancel), the row,
   // AfterInsert. The new row becomes the current one.
   void UserInsertRow();
+  // Edits a cell of a bound grid's current row, as the user's edit of the cell ends. The new
+  // text is EditText while BeforeColUpdate decides (it may cancel). Then the row is written
+  // through the data control's recordset: Edit, the bound boxes' own edits, the cell's value,
+  // Update; the bound boxes show the row as written, and AfterColUpdate and AfterUpdate follow.
+  // A write the recordset refuses is cancelled whole and reaches UpdateError. Returns whether
+  // the row was written.
+  bool UserEditBoundCell(int col, const std::string& text);
   // Moves or resizes a column as a drag of its header does (the view forwards these too).
   void UserMoveColumn(int colIndex, int newPosition);
   void UserResizeColumn(int colIndex, int width);
@@ -131,6 +142,9 @@ class Grid : public InputControl {
   std::function<void()> AfterInsert;
   std::function<void(int colIndex, const std::string& oldValue, int& cancel)> BeforeColUpdate;
   std::function<void(int colIndex)> AfterColUpdate;
+  // Bound grids: the row was written by a cell's edit; the write failed (error number, text).
+  std::function<void()> AfterUpdate;
+  std::function<void(int number, const std::string& description)> UpdateError;
   std::function<void(int colIndex)> ComboSelect;
   std::function<void(int& cancel)> SelChange;
 
@@ -141,6 +155,7 @@ class Grid : public InputControl {
   std::vector<GridColumn> columns_;
   bool allowColMove_ = true;
   bool allowColResize_ = true;
+  bool allowUpdate_ = false;
   int col_ = 0;
   int visibleRows_ = 4;
   int rowHeight_ = 240;

@@ -1,0 +1,70 @@
+// The captions and tool tips of the main window's command buttons, in one table. Every command
+// of the Log page has an Alt key, so that a log is kept without the mouse.
+#include <array>
+
+#include "logpage/vellum_main.h"
+
+namespace vellumar {
+namespace {
+
+struct CommandText {
+  ui::CommandButton VellumMain::*button;
+  const char* caption;
+  const char* toolTip;
+};
+
+constexpr const char* kHelpTip = "show the help page of this tab";
+
+const std::array<CommandText, 28> kCommandTexts = {{
+    // The Log page: the QSO in hand.
+    {&VellumMain::NewCmd, "&New", "save the QSO in hand and begin a new one (Ctrl+N)"},
+    {&VellumMain::SaveCmd, "&Save",
+     "save the QSO in hand (Ctrl+S); right-click to save it and begin a new one"},
+    {&VellumMain::RevertCmd, "&Revert", "discard the changes made to the QSO in hand"},
+    {&VellumMain::DeleteCmd, "&Delete",
+     "delete the QSO in hand; right-click to delete every QSO the Log Page shows"},
+    {&VellumMain::ConfirmCmd, "Con&firm",
+     "click to set QSL received status to \"Yes\", date received to \"today\", and QSL sent "
+     "status to \"requested\""},
+    {&VellumMain::VerifyCmd, "&Verify", "click to set QSL received status to \"Verified\""},
+    // The Log page: moves through the display, and the tools beside it.
+    {&VellumMain::LogFirstCmd, "|< F&irst", "go to the first QSO of the Log Page (Home)"},
+    {&VellumMain::LogPrevCmd, "< &Prev", "go to the previous QSO (Page Up)"},
+    {&VellumMain::LogNextCmd, "Ne&xt >", "go to the next QSO (Page Down)"},
+    {&VellumMain::LogLastCmd, "&Last >|", "go to the last QSO of the Log Page (End)"},
+    {&VellumMain::RACcmd, "Callbook", "look up the callsign in the callbook"},
+    {&VellumMain::PlotLogCmd, "Plot", "plot the QSOs of the Log Page on the map"},
+    {&VellumMain::ReportLogCmd, "Report",
+     "write a report of the Log Page's QSOs to the Reports subfolder"},
+    {&VellumMain::CaptureCmd, "Capture", "show the QSO Capture window"},
+    {&VellumMain::ConfigLogCmd, "Config", "show the Log page of the Configuration window"},
+    {&VellumMain::StopAddCmd, "Stop", "stop adding QSOs to the QSL queue"},
+    {&VellumMain::HelpLogCmd, "Help", kHelpTip},
+    // The other tabs.
+    {&VellumMain::GenerateRequestedCmd, "Add Requested",
+     "add to the print queue all QSOs whose QSL sent status is \"requested\""},
+    {&VellumMain::ProcessPrintedCmd, "Update Log",
+     "carry the results of the printed QSLs back to the log"},
+    {&VellumMain::HelpQSLCmd, "Help", kHelpTip},
+    {&VellumMain::SummaryCmd, "Summary", "show the DXCC Summary window"},
+    {&VellumMain::ReComputeCmd, "Recompute",
+     "clear the progress table, and then recompute the progress table by evaluating every QSO "
+     "in the log"},
+    {&VellumMain::HelpProgressCmd, "Help", kHelpTip},
+    {&VellumMain::HelpQTHCmd, "Help", kHelpTip},
+    {&VellumMain::ImportCmd, "Start", "click to import QSOs from an ADIF-compliant log file"},
+    {&VellumMain::HelpImportCmd, "Help", kHelpTip},
+    {&VellumMain::ExportCmd, "Start", "click to export filtered QSOs to an ADIF-compliant log file"},
+    {&VellumMain::HelpExportCmd, "Help", kHelpTip},
+}};
+
+}  // namespace
+
+void VellumMain::ApplyCommandTexts() {
+  for (const CommandText& c : kCommandTexts) {
+    (this->*c.button).SetCaption(c.caption);
+    (this->*c.button).SetToolTipText(c.toolTip);
+  }
+}
+
+}  // namespace vellumar
