@@ -40,8 +40,9 @@ VellumMain::VellumMain(LogPage& page)
       ShutdownTimer(page.loop, 5000, ui::TimerMode::kPeriodic, [this] { ShutdownTimer_Timer(); }),
       page_(page) {
   SetBorderStyle(2);
-  Move(0, 0, 12000, 9000);
-  QSOFrame.Move(0, 0, 11800, 1800);
+  // The design size: wide enough for the panel and the default layout's columns side by side.
+  Move(0, 0, 15600, 9600);
+  QSOFrame.Move(0, 0, 15400, 1800);
   static const char* kLogFrameCaptions[] = {"Aux", "QSL", "Awards", "Contest"};
   for (int i = 0; i < 4; ++i) {
     LogFrame(i).SetCaption(kLogFrameCaptions[i]);

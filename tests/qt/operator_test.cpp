@@ -196,11 +196,14 @@ TEST_F(OperatorTest, ListFieldsTakeTypedValuesAndTheGridEditsInPlace) {
   auto* band = Find<QComboBox>("Fieldcombo(0)");
   ASSERT_TRUE(Box(5)->isVisible());
   ASSERT_TRUE(Box(0)->isVisible());
-  Box(5)->setFocus();
-  Box(5)->selectAll();
+  // The operator clicks into each box, selects its text and types over it.
+  QTest::mouseClick(Box(5), Qt::LeftButton);
+  ASSERT_EQ(QApplication::focusWidget(), Box(5));
+  Key(Qt::Key_A, Qt::ControlModifier);
   Keys("FT8");
-  Box(0)->setFocus();
-  Box(0)->selectAll();
+  QTest::mouseClick(Box(0), Qt::LeftButton);
+  ASSERT_EQ(QApplication::focusWidget(), Box(0));
+  Key(Qt::Key_A, Qt::ControlModifier);
   Keys("60M");
   EXPECT_EQ(mode->currentIndex(), 0);
   EXPECT_EQ(band->currentIndex(), 0);
