@@ -47,7 +47,8 @@ class AdifParser {
 
   // Consumes one tag from ImportBuffer; an <eor> hands the record to `consumer` with the three
   // flags. With `fromFile` a value declared longer than the buffer reads further lines of the
-  // input; without it the buffer is all there is.
+  // input, and lengths count as the input's encoding says; without it the buffer is all there
+  // is, and lengths count its UTF-8 bytes.
   void ParseADIF(RecordConsumer& consumer, bool fromFile, bool checkDuplicates,
                  bool lookupMissing);
 

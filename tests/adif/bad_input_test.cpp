@@ -171,6 +171,18 @@ TEST(AdifBadInput, BufferStaysWithinALinePlusTheLongestValue) {
   EXPECT_LE(source.largest, 32767u + 12u + 15u);
 }
 
+TEST(AdifBadInput, HeaderOfAFileWithoutEohStaysBounded) {
+  std::string bytes;
+  for (int i = 0; i < 50000; ++i) bytes += "a line of text that never ends the header\r\n";
+  ParserHarness h;
+  h.ParseBytes(bytes);
+  EXPECT_TRUE(h.consumer.records.empty());
+  EXPECT_LE(h.header.size(), AdifParser::kEchoLimit);
+  EXPECT_GT(h.header.size(), AdifParser::kEchoLimit - 100);
+  EXPECT_EQ(h.header.rfind("a line of text that never ends the header\r\na line", 0), 0u);
+  EXPECT_TRUE(h.parser.ImportBufferEmpty());
+}
+
 TEST(AdifBadInput, EchoOfAFileWithoutEorStaysBounded) {
   std::string bytes;
   for (int i = 0; i < 100000; ++i) bytes += "<CALL:4>W1AW <NOTES:5>hello\r\n";

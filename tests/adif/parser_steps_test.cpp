@@ -147,6 +147,27 @@ TEST(AdifParserSteps, FieldIndexOutsideTheSlotsIsABoundsError) {
   }
 }
 
+// A consumer whose import fails.
+class FailingConsumer : public RecordConsumer {
+ public:
+  void ImportRecord(AdifParser&, bool, bool, bool) override {
+    vb::Raise(vb::kSubscriptOutOfRange);
+  }
+};
+
+TEST(AdifParserSteps, FailureWithinAPassIsReportedUnderParseADIF) {
+  ParserHarness h;
+  FailingConsumer failing;
+  h.parser.SetImportBuffer("<CALL:4>W1AW<EOR><NAME:3>Ann");
+  h.parser.ParseADIF(failing, false, false, false);
+  h.parser.ParseADIF(failing, false, false, false);
+  EXPECT_EQ(h.ErrorLogEntries(),
+            std::vector<std::string>{"program error 9 in module ParseADIF: Subscript out of range"});
+  // The pass ended where it failed: the <eor> is still to be read, the record still held.
+  EXPECT_EQ(h.parser.ImportBuffer(), "<EOR><NAME:3>Ann");
+  EXPECT_TRUE(h.parser.FieldImported(f::Call));
+}
+
 TEST(AdifParserSteps, LengthTextIsConvertedLikeA16BitInteger) {
   EXPECT_EQ(DeclaredLength("5"), 5);
   EXPECT_EQ(DeclaredLength(" 5 "), 5);
