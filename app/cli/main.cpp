@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "frame/version.h"
+#include "adif_commands.h"
 #include "station_commands.h"
 
 namespace {
@@ -27,6 +28,10 @@ const Command kCommands[] = {
     {"grid", "grid LAT LON            Maidenhead locator of a position in decimal degrees",
      vellumar::cli::Grid},
     {"band", "band FREQ               band name of a frequency in MHz", vellumar::cli::Band},
+    {"import", "import LOG.vdb FILE.adi [--Option=value...]  add an ADIF file's QSOs to a log",
+     vellumar::cli::Import},
+    {"export", "export LOG.vdb FILE.adi [--Option=value...]  write a log's QSOs as ADIF",
+     vellumar::cli::Export},
 };
 
 void Usage() {

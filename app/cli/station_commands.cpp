@@ -1,5 +1,7 @@
 #include "station_commands.h"
 
+#include "cli_frame.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -19,50 +21,6 @@
 namespace vellumar::cli {
 
 namespace {
-
-// Message boxes of a console program: the text on stderr, the default answer.
-class ConsoleDesktop final : public ui::Desktop {
- public:
-  int MsgBox(const std::string& prompt, int buttons, const std::string& title) override {
-    std::fprintf(stderr, "%s: %s\n", title.c_str(), prompt.c_str());
-    return (buttons & ui::kMsgBoxButtonsMask) == ui::vbYesNo ? ui::vbNo : ui::vbOK;
-  }
-  std::string InputBox(const std::string&, const std::string&, const std::string& d) override {
-    return d;
-  }
-  std::string OpenFileDialog(const ui::FileDialogRequest&) override {
-    throw vb::VbError(vb::kCancelSelected);
-  }
-  std::string SaveFileDialog(const ui::FileDialogRequest&) override {
-    throw vb::VbError(vb::kCancelSelected);
-  }
-  int ShellExecute(const std::string&, const std::string&, const std::string&, const std::string&,
-                   int) override {
-    return ui::kShellNoAssociation;
-  }
-  void OpenWith(const std::string&) override {}
-  ui::ScreenSize Screen() const override { return {}; }
-};
-
-// The frame a command runs in: the data folder with the installed files copied in where
-// missing, the error log, the settings.
-struct Frame {
-  Frame()
-      : common(CommonContext{DataFolder::FromEnvironment(), clock, desktop}),
-        settings(SettingsStore::DefaultRoot()) {
-    common.Initialize();
-    CopyInstalledFilesWhenMissing(InstalledDataFolder(), common.ApplicationDirectory(),
-                                  StationInstalledFiles());
-    services = MakeStationServices(common, settings, desktop);
-  }
-  ~Frame() { common.Terminate(); }
-
-  ui::SystemClock clock;
-  ConsoleDesktop desktop;
-  Common common;
-  SettingsStore settings;
-  StationServices services;
-};
 
 bool ParseDouble(const std::string& text, double& value) {
   char* end = nullptr;

@@ -4,6 +4,8 @@
 #include "platform/db/recordset_core.h"
 #include "platform/vb/error.h"
 
+#include <sqlite3.h>
+
 namespace vellumar::db {
 
 namespace detail {
@@ -43,6 +45,36 @@ Recordset Database::OpenRecordset(const std::string& name, int type) {
   auto schema = c.Schema(name);
   return detail::RecordsetCore::Open(core_, schema, type, {}, {});
 }
+
+void Database::BeginTrans() {
+  auto& c = core();
+  c.CheckWritable();
+  if (!sqlite3_get_autocommit(c.handle())) {
+    throw vb::VbError(3033, "A transaction is already open on this database.");
+  }
+  c.Exec("BEGIN IMMEDIATE");
+}
+
+void Database::CommitTrans() {
+  auto& c = core();
+  if (sqlite3_get_autocommit(c.handle())) {
+    throw vb::VbError(3034, "You tried to commit or rollback a transaction without first "
+                            "beginning a transaction.");
+  }
+  c.Exec("COMMIT");
+}
+
+void Database::Rollback() {
+  auto& c = core();
+  if (sqlite3_get_autocommit(c.handle())) {
+    throw vb::VbError(3034, "You tried to commit or rollback a transaction without first "
+                            "beginning a transaction.");
+  }
+  c.Exec("ROLLBACK");
+  c.DataChanged();  // rows cached by recordsets may be gone
+}
+
+bool Database::InTransaction() const { return !sqlite3_get_autocommit(core().handle()); }
 
 void Database::Close() {
   if (!core_) throw vb::VbError(91, "Object variable or With block variable not set");

@@ -54,6 +54,16 @@ class Database {
   // A recordset of a table: dbOpenTable or dbOpenDynaset (3251 for other types, 3078 for an
   // unknown table).
   Recordset OpenRecordset(const std::string& name, int type = dbOpenTable);
+  // Grouped writes, for long walks. Between BeginTrans and CommitTrans the writes of every
+  // recordset of this database reach the file together at CommitTrans (a failing Update inside
+  // still fails alone and leaves the others standing); Rollback drops them, after which the
+  // recordsets that added rows must be requeried. BeginTrans while one is open raises 3033,
+  // CommitTrans or Rollback with none open 3034. A refused commit raises the disk's error and
+  // leaves the transaction open for Rollback. Close with a transaction open rolls it back.
+  void BeginTrans();
+  void CommitTrans();
+  void Rollback();
+  bool InTransaction() const;
   // Closes the recordsets opened from it, the file and the lock. Later use raises 3420.
   void Close();
 
