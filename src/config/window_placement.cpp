@@ -2,13 +2,14 @@
 
 #include <string>
 
+#include "config/setting_keys.h"
 #include "frame/version.h"
 #include "platform/vb/variant.h"
 
 namespace vellumar {
 namespace {
 
-constexpr const char* kWindowsSection = "Windows";
+using setting::kWindowsSection;
 
 bool Sizable(const ui::Form& form) { return form.BorderStyle() == 2 || form.BorderStyle() == 5; }
 
@@ -16,12 +17,12 @@ bool Sizable(const ui::Form& form) { return form.BorderStyle() == 2 || form.Bord
 std::int32_t Stored(const SettingsStore& settings, const ui::Form& form, const char* word,
                     std::int32_t current) {
   const std::string text = settings.GetSetting(kApplicationTitle, kWindowsSection,
-                                               form.Name() + word, std::to_string(current));
+                                               setting::WindowKey(form.Name(), word), std::to_string(current));
   return vb::Variant(text).ToLong();
 }
 
 void Store(SettingsStore& settings, const ui::Form& form, const char* word, std::int32_t value) {
-  settings.SaveSetting(kApplicationTitle, kWindowsSection, form.Name() + word,
+  settings.SaveSetting(kApplicationTitle, kWindowsSection, setting::WindowKey(form.Name(), word),
                        std::to_string(value));
 }
 
@@ -30,25 +31,25 @@ void Store(SettingsStore& settings, const ui::Form& form, const char* word, std:
 void RestoreWindowPosition(ui::Form& form, Common& common, const SettingsStore& settings) {
   WithFailureTail(common.errorLog(), "Common.RestoreWindowPosition", [&] {
     form.SetWindowState(ui::vbNormal);
-    form.SetLeft(common.ReasonableLeft(Stored(settings, form, "Left", form.Left())));
-    form.SetTop(common.ReasonableTop(Stored(settings, form, "Top", form.Top())));
+    form.SetLeft(common.ReasonableLeft(Stored(settings, form, setting::kWindowLeft, form.Left())));
+    form.SetTop(common.ReasonableTop(Stored(settings, form, setting::kWindowTop, form.Top())));
     if (Sizable(form)) {
-      form.SetWidth(common.ReasonableWidth(Stored(settings, form, "Width", form.Width())));
-      form.SetHeight(common.ReasonableHeight(Stored(settings, form, "Height", form.Height())));
+      form.SetWidth(common.ReasonableWidth(Stored(settings, form, setting::kWindowWidth, form.Width())));
+      form.SetHeight(common.ReasonableHeight(Stored(settings, form, setting::kWindowHeight, form.Height())));
     }
-    form.SetWindowState(Stored(settings, form, "Windowstate", form.WindowState()));
+    form.SetWindowState(Stored(settings, form, setting::kWindowStateRead, form.WindowState()));
   });
 }
 
 void SaveWindowPosition(ui::Form& form, Common& common, SettingsStore& settings) {
   WithFailureTail(common.errorLog(), "Common.SaveWindowPosition", [&] {
     const int state = form.WindowState();
-    Store(settings, form, "WindowState", state);
+    Store(settings, form, setting::kWindowStateWritten, state);
     if (state == ui::vbMinimized) form.SetWindowState(ui::vbNormal);
-    Store(settings, form, "Left", form.Left());
-    Store(settings, form, "Top", form.Top());
-    Store(settings, form, "Height", form.Height());
-    Store(settings, form, "Width", form.Width());
+    Store(settings, form, setting::kWindowLeft, form.Left());
+    Store(settings, form, setting::kWindowTop, form.Top());
+    Store(settings, form, setting::kWindowHeight, form.Height());
+    Store(settings, form, setting::kWindowWidth, form.Width());
   });
 }
 
