@@ -82,20 +82,23 @@ inline constexpr FontKeys kLogPanelFont{{kConfigurationSection, "LogPanelFontNam
 
 // The Log Page Display's table (one row per index, ended by a row without a field), LogGrid's
 // column order and widths, and the widths of the configuration window's LogLayout grid.
-inline constexpr IndexedSettingKey kLayoutFieldName{kLogGridSection, "FieldName"};
-inline constexpr IndexedSettingKey kLayoutFieldCaption{kLogGridSection, "FieldCaption"};
-inline constexpr IndexedSettingKey kLayoutFieldAlignment{kLogGridSection, "FieldAlignment"};
+struct LayoutRowKeys {
+  IndexedSettingKey field, caption, alignment;  // the three cells of one row
+};
+inline constexpr LayoutRowKeys kLayoutRow{{kLogGridSection, "FieldName"},
+                                          {kLogGridSection, "FieldCaption"},
+                                          {kLogGridSection, "FieldAlignment"}};
 inline constexpr IndexedSettingKey kLogGridFieldOrder{kLogGridSection, "FieldOrder"};
 inline constexpr IndexedSettingKey kLogGridColumnWidth{kLogGridSection, "LogColumnWidth"};
 inline constexpr IndexedSettingKey kLogLayoutColumnWidth{kLogGridSection, "LogLayoutColumnWidth"};
 
-// A window's placement: its form name followed by the word.
-inline constexpr const char* kWindowLeft = "Left";
-inline constexpr const char* kWindowTop = "Top";
-inline constexpr const char* kWindowWidth = "Width";
-inline constexpr const char* kWindowHeight = "Height";
-inline constexpr const char* kWindowStateRead = "Windowstate";
-inline constexpr const char* kWindowStateWritten = "WindowState";
+// A window's placement: its form name followed by one of the words.
+struct WindowWords {
+  const char *left, *top, *width, *height;
+  const char* stateRead;     // "Windowstate"
+  const char* stateWritten;  // "WindowState"
+};
+inline constexpr WindowWords kWindow{"Left", "Top", "Width", "Height", "Windowstate", "WindowState"};
 inline std::string WindowKey(const std::string& formName, const char* word) {
   return formName + word;
 }

@@ -61,9 +61,13 @@ class SetupOptions final : public Configuration {
   const VellumSetup& s_;
 };
 
-template <class T>
-void AdoptArray(ui::Form& form, ui::ControlArray<T>& array) {
-  for (auto& item : array) form.Adopt(*item);
+// Every item of each array, array by array in the order given.
+template <class... T>
+void AdoptArrays(ui::Form& form, ui::ControlArray<T>&... arrays) {
+  const auto adopt = [&form](auto& array) {
+    for (auto& item : array) form.Adopt(*item);
+  };
+  (adopt(arrays), ...);
 }
 
 }  // namespace
@@ -151,19 +155,10 @@ void VellumSetup::AdoptControls() {
                                                             &EnvelopeWideLabelsPerColumn}) {
     Adopt(*c);
   }
-  AdoptArray(*this, HelpCmd);
-  AdoptArray(*this, LogFrameVisible);
-  AdoptArray(*this, AwardCheck);
-  AdoptArray(*this, WAZBandCheck);
-  AdoptArray(*this, WAZModeCheck);
-  AdoptArray(*this, QSLInfoUpperLeft);
-  AdoptArray(*this, QSLInfoUpperRight);
-  AdoptArray(*this, NarrowColumnOffset);
-  AdoptArray(*this, WideColumnOffset);
-  AdoptArray(*this, PrintQualityButton);
-  AdoptArray(*this, ReturnAddress);
-  AdoptArray(*this, EnvelopeNarrowColumnOffset);
-  AdoptArray(*this, EnvelopeWideColumnOffset);
+  AdoptArrays(*this, HelpCmd, LogFrameVisible, AwardCheck, WAZBandCheck, WAZModeCheck,
+              QSLInfoUpperLeft, QSLInfoUpperRight, NarrowColumnOffset, WideColumnOffset,
+              PrintQualityButton, ReturnAddress, EnvelopeNarrowColumnOffset,
+              EnvelopeWideColumnOffset);
 }
 
 // The window as it is designed, before any handler is attached: the check boxes stand at the

@@ -239,7 +239,7 @@ class VellumSetup : public ui::Form {
   void PrepareLog();
   void ApplyBrowserPathname();
   std::string SiblingCallbookPathname() const;
-  std::string DefaultLogPathnameOfCallsign() const;
+  std::string CallsignLogPathname() const;
   std::string DefaultBackupDirectory() const;
 
   void ApplyLogFrameVisibility(int index);

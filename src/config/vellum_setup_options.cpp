@@ -45,61 +45,32 @@ struct Overloaded : F... {
 }  // namespace
 
 // In the order Form_Load reads them: the first-run question needs nothing else, and the default
-// log is named after the callsign read first.
+// log is named after the callsign read first. Columns: the key; what holds the option; its
+// default, or what computes it; what Form_Load does next; whether Form_Unload writes it.
 const std::vector<VellumSetup::OptionSetting>& VellumSetup::OptionSettings() {
+  using namespace setting;
   using S = VellumSetup;
+  constexpr bool kAtUnload = true, kAsItChanges = false;
   static const std::vector<OptionSetting> table = {
-      {.setting = setting::kCallsign,
-       .holder = &S::MyCallsign,
-       .afterLoad = &S::AskCallsignAtFirstRun,
-       .savedAtUnload = true},
-      {.setting = setting::kTransmitPower,
-       .holder = &S::TransmitPower,
-       .fallback = "100",
-       .savedAtUnload = true},
-      {.setting = setting::kQSLMsg, .holder = &S::QSLMsg, .savedAtUnload = true},
-      {.setting = setting::kRun, .holder = &S::RunCheck, .fallback = "0", .savedAtUnload = true},
-      {.setting = setting::kConfirmDelete,
-       .holder = &S::ConfirmDeleteCheck,
-       .fallback = "1",
-       .savedAtUnload = true},
-      {.setting = setting::kLookupPrevQSO,
-       .holder = &S::LookupPrevQSOCheck,
-       .fallback = "1",
-       .savedAtUnload = true},
-      {.setting = setting::kAutoSetDateTime,
-       .holder = &S::AutoSetDateTimeCheck,
-       .fallback = "1",
-       .savedAtUnload = true},
-      {.setting = setting::kDateTimeFormat,
-       .holder = &S::DateTimeFormat,
-       .fallback = kDateTimeFormatMinutes,
-       .afterLoad = &S::ReplaceOldDateTimeFormat,
-       .savedAtUnload = true},
-      {.setting = setting::kSetCaptureQSLRequest,
-       .holder = &S::SetCaptureQSLRequestCheck,
-       .fallback = "0",
-       .savedAtUnload = true},
-      {.setting = setting::kQSLPrintOpCallsign,
-       .holder = &S::QSLPrintOpCallsignCheck,
-       .fallback = "0",
-       .savedAtUnload = true},
-      {.setting = setting::kCallbookPathname,
-       .holder = &S::RACPathname,
-       .computedDefault = &S::SiblingCallbookPathname},
-      {.setting = setting::kRACEnabled, .holder = &S::RACEnabled, .fallback = "1"},
-      {.setting = setting::kLogPathname,
-       .holder = &S::LogPathname,
-       .computedDefault = &S::DefaultLogPathnameOfCallsign,
-       .afterLoad = &S::PrepareLog},
-      {.setting = setting::kBackupDirectory,
-       .holder = &S::BackupDirectory,
-       .computedDefault = &S::DefaultBackupDirectory},
-      {.setting = setting::keQSLUser, .holder = &S::eQSLName, .savedAtUnload = true},
-      {.setting = setting::keQSLPassword, .holder = &S::eQSLPassword, .savedAtUnload = true},
-      {.setting = setting::kBrowserPathname,
-       .holder = &S::BrowserPathname,
-       .afterLoad = &S::ApplyBrowserPathname},
+      {kCallsign, &S::MyCallsign, "", nullptr, &S::AskCallsignAtFirstRun, kAtUnload},
+      {kTransmitPower, &S::TransmitPower, "100", nullptr, nullptr, kAtUnload},
+      {kQSLMsg, &S::QSLMsg, "", nullptr, nullptr, kAtUnload},
+      {kRun, &S::RunCheck, "0", nullptr, nullptr, kAtUnload},
+      {kConfirmDelete, &S::ConfirmDeleteCheck, "1", nullptr, nullptr, kAtUnload},
+      {kLookupPrevQSO, &S::LookupPrevQSOCheck, "1", nullptr, nullptr, kAtUnload},
+      {kAutoSetDateTime, &S::AutoSetDateTimeCheck, "1", nullptr, nullptr, kAtUnload},
+      {kDateTimeFormat, &S::DateTimeFormat, kDateTimeFormatMinutes, nullptr,
+       &S::ReplaceOldDateTimeFormat, kAtUnload},
+      {kSetCaptureQSLRequest, &S::SetCaptureQSLRequestCheck, "0", nullptr, nullptr, kAtUnload},
+      {kQSLPrintOpCallsign, &S::QSLPrintOpCallsignCheck, "0", nullptr, nullptr, kAtUnload},
+      {kCallbookPathname, &S::RACPathname, "", &S::SiblingCallbookPathname, nullptr, kAsItChanges},
+      {kRACEnabled, &S::RACEnabled, "1", nullptr, nullptr, kAsItChanges},
+      {kLogPathname, &S::LogPathname, "", &S::CallsignLogPathname, &S::PrepareLog, kAsItChanges},
+      {kBackupDirectory, &S::BackupDirectory, "", &S::DefaultBackupDirectory, nullptr,
+       kAsItChanges},
+      {keQSLUser, &S::eQSLName, "", nullptr, nullptr, kAtUnload},
+      {keQSLPassword, &S::eQSLPassword, "", nullptr, nullptr, kAtUnload},
+      {kBrowserPathname, &S::BrowserPathname, "", nullptr, &S::ApplyBrowserPathname, kAsItChanges},
   };
   return table;
 }
@@ -176,7 +147,7 @@ std::string VellumSetup::SiblingCallbookPathname() const {
                                        setting::kCallbookPathname.key, kCallbookDefault);
 }
 
-std::string VellumSetup::DefaultLogPathnameOfCallsign() const {
+std::string VellumSetup::CallsignLogPathname() const {
   return DefaultLogPathname(MyCallsign.Text());
 }
 

@@ -31,25 +31,25 @@ void Store(SettingsStore& settings, const ui::Form& form, const char* word, std:
 void RestoreWindowPosition(ui::Form& form, Common& common, const SettingsStore& settings) {
   WithFailureTail(common.errorLog(), "Common.RestoreWindowPosition", [&] {
     form.SetWindowState(ui::vbNormal);
-    form.SetLeft(common.ReasonableLeft(Stored(settings, form, setting::kWindowLeft, form.Left())));
-    form.SetTop(common.ReasonableTop(Stored(settings, form, setting::kWindowTop, form.Top())));
+    form.SetLeft(common.ReasonableLeft(Stored(settings, form, setting::kWindow.left, form.Left())));
+    form.SetTop(common.ReasonableTop(Stored(settings, form, setting::kWindow.top, form.Top())));
     if (Sizable(form)) {
-      form.SetWidth(common.ReasonableWidth(Stored(settings, form, setting::kWindowWidth, form.Width())));
-      form.SetHeight(common.ReasonableHeight(Stored(settings, form, setting::kWindowHeight, form.Height())));
+      form.SetWidth(common.ReasonableWidth(Stored(settings, form, setting::kWindow.width, form.Width())));
+      form.SetHeight(common.ReasonableHeight(Stored(settings, form, setting::kWindow.height, form.Height())));
     }
-    form.SetWindowState(Stored(settings, form, setting::kWindowStateRead, form.WindowState()));
+    form.SetWindowState(Stored(settings, form, setting::kWindow.stateRead, form.WindowState()));
   });
 }
 
 void SaveWindowPosition(ui::Form& form, Common& common, SettingsStore& settings) {
   WithFailureTail(common.errorLog(), "Common.SaveWindowPosition", [&] {
     const int state = form.WindowState();
-    Store(settings, form, setting::kWindowStateWritten, state);
+    Store(settings, form, setting::kWindow.stateWritten, state);
     if (state == ui::vbMinimized) form.SetWindowState(ui::vbNormal);
-    Store(settings, form, setting::kWindowLeft, form.Left());
-    Store(settings, form, setting::kWindowTop, form.Top());
-    Store(settings, form, setting::kWindowHeight, form.Height());
-    Store(settings, form, setting::kWindowWidth, form.Width());
+    Store(settings, form, setting::kWindow.left, form.Left());
+    Store(settings, form, setting::kWindow.top, form.Top());
+    Store(settings, form, setting::kWindow.height, form.Height());
+    Store(settings, form, setting::kWindow.width, form.Width());
   });
 }
 

@@ -117,7 +117,7 @@ void VellumModule::InitializeLogLayout() {
 
     state = 2;
     int stored = 0;
-    while (!page_.GetSetting(setting::kLayoutFieldName, stored, "").empty()) ++stored;
+    while (!page_.GetSetting(setting::kLayoutRow.field, stored, "").empty()) ++stored;
 
     state = 3;
     for (int c = 0; c < kLayoutColumns && c < static_cast<int>(layout.Columns().size()); ++c) {
@@ -147,9 +147,9 @@ void VellumModule::InitializeLogLayout() {
     } else {
       std::vector<ui::Grid::ArrayRow> rows;
       for (int i = 0; i < stored; ++i) {
-        rows.push_back({page_.GetSetting(setting::kLayoutFieldName, i, ""),
-                        page_.GetSetting(setting::kLayoutFieldCaption, i, ""),
-                        page_.GetSetting(setting::kLayoutFieldAlignment, i, "")});
+        rows.push_back({page_.GetSetting(setting::kLayoutRow.field, i, ""),
+                        page_.GetSetting(setting::kLayoutRow.caption, i, ""),
+                        page_.GetSetting(setting::kLayoutRow.alignment, i, "")});
       }
       layout.SetArray(std::move(rows));
     }
@@ -173,10 +173,10 @@ void VellumModule::InitializeLogLayout() {
 void VellumModule::SaveLogLayoutRow(int row) {
   WithFailureTail(page_.common.errorLog(), "VellumModule.SaveLogLayoutRow", [&] {
     const ui::Grid& layout = page_.setup().LogLayout;
-    page_.SaveSetting(setting::kLayoutFieldName, row, layout.ArrayCell(row, kLayoutField));
-    page_.SaveSetting(setting::kLayoutFieldCaption, row,
+    page_.SaveSetting(setting::kLayoutRow.field, row, layout.ArrayCell(row, kLayoutField));
+    page_.SaveSetting(setting::kLayoutRow.caption, row,
                       layout.ArrayCell(row, kLayoutCaption));
-    page_.SaveSetting(setting::kLayoutFieldAlignment, row,
+    page_.SaveSetting(setting::kLayoutRow.alignment, row,
                       layout.ArrayCell(row, kLayoutAlignment));
   });
 }
