@@ -98,7 +98,8 @@ struct WindowWords {
   const char* stateRead;     // "Windowstate"
   const char* stateWritten;  // "WindowState"
 };
-inline constexpr WindowWords kWindow{"Left", "Top", "Width", "Height", "Windowstate", "WindowState"};
+inline constexpr WindowWords kWindow{"Left",   "Top",         "Width",
+                                     "Height", "Windowstate", "WindowState"};
 inline std::string WindowKey(const std::string& formName, const char* word) {
   return formName + word;
 }

@@ -46,9 +46,9 @@ void VellumSetup::InitializePrinter() {
       PaperSizeCombo.AddItem(paper.name);
       PaperSizeCombo.SetItemData(PaperSizeCombo.NewIndex(), paper.number);
     }
-    const long stored = vb::Variant(GetSetting(setting::kPrinterPaperSize,
-                                               std::to_string(DefaultPaperSize)))
-                            .ToLong();
+    const long stored =
+        vb::Variant(GetSetting(setting::kPrinterPaperSize, std::to_string(DefaultPaperSize)))
+            .ToLong();
     for (int i = 0; i < PaperSizeCombo.ListCount(); ++i) {
       if (PaperSizeCombo.ItemData(i) == stored) {
         PaperSizeCombo.SetListIndex(i);

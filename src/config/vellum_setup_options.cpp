@@ -28,7 +28,7 @@ struct VellumSetup::OptionSetting {
   const char* fallback = "";  // the default when the key is missing ...
   std::string (VellumSetup::*computedDefault)() const = nullptr;  // ... unless computed here
   void (VellumSetup::*afterLoad)() = nullptr;  // what Form_Load does once it is read
-  bool savedAtUnload = false;  // false: its handlers write it as it changes
+  bool savedAtUnload = false;                  // false: its handlers write it as it changes
 };
 
 namespace {
@@ -91,14 +91,13 @@ void VellumSetup::LoadOption(const OptionSetting& option) {
 }
 
 std::string VellumSetup::OptionText(const OptionSetting& option) const {
-  return std::visit(Overloaded{
-                        [&](ui::TextBox VellumSetup::*box) { return (this->*box).Text(); },
-                        [&](ui::CheckBox VellumSetup::*check) {
-                          return std::to_string((this->*check).Value());
-                        },
-                        [&](std::string VellumSetup::*text) { return this->*text; },
-                    },
-                    option.holder);
+  return std::visit(
+      Overloaded{
+          [&](ui::TextBox VellumSetup::*box) { return (this->*box).Text(); },
+          [&](ui::CheckBox VellumSetup::*check) { return std::to_string((this->*check).Value()); },
+          [&](std::string VellumSetup::*text) { return this->*text; },
+      },
+      option.holder);
 }
 
 std::string VellumSetup::GetSetting(const SettingKey& setting,

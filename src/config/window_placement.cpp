@@ -16,8 +16,9 @@ bool Sizable(const ui::Form& form) { return form.BorderStyle() == 2 || form.Bord
 // The stored number under form name + word, the current value when none is stored.
 std::int32_t Stored(const SettingsStore& settings, const ui::Form& form, const char* word,
                     std::int32_t current) {
-  const std::string text = settings.GetSetting(kApplicationTitle, kWindowsSection,
-                                               setting::WindowKey(form.Name(), word), std::to_string(current));
+  const std::string text =
+      settings.GetSetting(kApplicationTitle, kWindowsSection, setting::WindowKey(form.Name(), word),
+                          std::to_string(current));
   return vb::Variant(text).ToLong();
 }
 
@@ -34,8 +35,10 @@ void RestoreWindowPosition(ui::Form& form, Common& common, const SettingsStore& 
     form.SetLeft(common.ReasonableLeft(Stored(settings, form, setting::kWindow.left, form.Left())));
     form.SetTop(common.ReasonableTop(Stored(settings, form, setting::kWindow.top, form.Top())));
     if (Sizable(form)) {
-      form.SetWidth(common.ReasonableWidth(Stored(settings, form, setting::kWindow.width, form.Width())));
-      form.SetHeight(common.ReasonableHeight(Stored(settings, form, setting::kWindow.height, form.Height())));
+      form.SetWidth(
+          common.ReasonableWidth(Stored(settings, form, setting::kWindow.width, form.Width())));
+      form.SetHeight(
+          common.ReasonableHeight(Stored(settings, form, setting::kWindow.height, form.Height())));
     }
     form.SetWindowState(Stored(settings, form, setting::kWindow.stateRead, form.WindowState()));
   });

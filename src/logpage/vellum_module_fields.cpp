@@ -71,8 +71,9 @@ void VellumModule::InitializeField(int index, const std::string& value) {
 }
 
 void VellumModule::InitializePrevFieldValues() {
-  PrevFields.InitializePrevFieldValues(
-      [&](const std::string& key) { return page_.GetSetting(setting::kConfigurationSection, key, ""); });
+  PrevFields.InitializePrevFieldValues([&](const std::string& key) {
+    return page_.GetSetting(setting::kConfigurationSection, key, "");
+  });
 }
 
 void VellumModule::SavePrevFieldValues() {

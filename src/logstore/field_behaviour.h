@@ -38,8 +38,8 @@ inline constexpr const char* kNotExported = "";
 struct FieldBehaviour {
   FieldCheck check;
   KeyFilter keys;
-  int enter;            // slot number, kEnterStays or kEnterBeginsQSO
-  const char* adifTag;  // a literal, kTagIsColumnName or kNotExported
+  int enter;                          // slot number, kEnterStays or kEnterBeginsQSO
+  const char* adifTag;                // a literal, kTagIsColumnName or kNotExported
   const char* adifDateTag = nullptr;  // a second tag for the date of a date-time, or none
 };
 

@@ -1,11 +1,10 @@
-#include "logstore/field_behaviour.h"
-
 #include <gtest/gtest.h>
 
 #include <set>
 #include <string>
 #include <vector>
 
+#include "logstore/field_behaviour.h"
 #include "logstore/schema_tables.h"
 
 namespace vellumar::logstore {
