@@ -2,14 +2,13 @@
 
 #include <algorithm>
 
+#include "config/setting_keys.h"
 #include "frame/version.h"
 #include "platform/vb/variant.h"
 
 namespace vellumar {
 namespace {
 
-constexpr const char* kGeneralSection = "General";
-constexpr const char* kShowToolTipsKey = "ShowToolTips";
 
 }  // namespace
 
@@ -26,7 +25,8 @@ bool TooltipTable::InitializeTooltips() {
                   std::vector<std::string>(static_cast<size_t>(maxControls_)));
     SaveTooltips();
     show = vb::Variant(
-               settings_.GetSetting(kApplicationTitle, kGeneralSection, kShowToolTipsKey, "True"))
+               settings_.GetSetting(kApplicationTitle, setting::kShowToolTips.section,
+                                    setting::kShowToolTips.key, "True"))
                .ToBool();
   });
   return show;
@@ -59,7 +59,8 @@ void TooltipTable::RestoreTooltips() {
 }
 
 void TooltipTable::SaveTooltipSetting(bool value) {
-  settings_.SaveSetting(kApplicationTitle, kGeneralSection, kShowToolTipsKey,
+  settings_.SaveSetting(kApplicationTitle, setting::kShowToolTips.section,
+                                    setting::kShowToolTips.key,
                         value ? "True" : "False");
 }
 

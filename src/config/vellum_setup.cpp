@@ -6,6 +6,7 @@
 #include "awards/progress_columns.h"
 #include "config/paper_sizes.h"
 #include "config/set_combo.h"
+#include "config/setting_keys.h"
 #include "config/window_placement.h"
 #include "frame/common.h"
 #include "frame/settings_store.h"
@@ -19,22 +20,12 @@
 namespace vellumar {
 namespace {
 
-constexpr const char* kConfiguration = "Configuration";
-constexpr const char* kAwardSection = "Award";
-constexpr const char* kRACSection = "RAC";
-constexpr const char* kPrinterSection = "Printer";
-constexpr const char* kQSLSection = "QSL";
-constexpr const char* kLogGridSection = "LogGrid";
-
-// Where the route-search sibling keeps the callbook program, read as our default.
-constexpr const char* kTrailmark = "Trailmark";
-constexpr const char* kCallbookDefault = "D:\\callbook.exe";
+using setting::kAwardSection;
 
 constexpr int kFirstAwardBand = kProgressFirstBand;  // AwardCheck(3) is 160M
 constexpr int kLastAwardMode = kProgressPSK;         // AwardCheck(17) is PSK
 constexpr int kFirstWAZBand = kProgressFirstBand;    // WAZBandCheck(3) is 160M
 constexpr int kLastWAZBand = 12;                     // WAZBandCheck(12) is 6M
-constexpr int kMaxCallbookFolder = 80;               // characters the callbook library takes
 
 // The modes of the WAZ report, by their index 1..6.
 constexpr std::array<const char*, 7> kWAZModeNames = {"",   "SSB",  "CW",     "RTTY",
@@ -51,19 +42,6 @@ std::string AwardName(int index) {
 std::string AwardKey(int index) { return "Award" + AwardName(index); }
 std::string WAZBandKey(int band) { return "WAZBandAward" + BandFieldName(band).ToString(); }
 std::string WAZModeKey(int mode) { return std::string("WAZModeAward") + kWAZModeNames.at(mode); }
-
-// The folder of the callbook program as its library wants it: trimmed, ending in a separator.
-std::string CallbookFolder(const std::string& pathname) {
-  const size_t slash = pathname.find_last_of("/\\");
-  const char separator = slash == std::string::npos ? '/' : pathname[slash];
-  std::string folder = slash == std::string::npos ? "" : pathname.substr(0, slash);
-  const size_t first = folder.find_first_not_of(' ');
-  folder = first == std::string::npos
-               ? ""
-               : folder.substr(first, folder.find_last_not_of(' ') + 1 - first);
-  if (folder.empty() || (folder.back() != '/' && folder.back() != '\\')) folder += separator;
-  return folder;
-}
 
 // The typed face of the window's controls.
 class SetupOptions final : public Configuration {
@@ -83,9 +61,13 @@ class SetupOptions final : public Configuration {
   const VellumSetup& s_;
 };
 
-template <class T>
-void AdoptArray(ui::Form& form, ui::ControlArray<T>& array) {
-  for (auto& item : array) form.Adopt(*item);
+// Every item of each array, array by array in the order given.
+template <class... T>
+void AdoptArrays(ui::Form& form, ui::ControlArray<T>&... arrays) {
+  const auto adopt = [&form](auto& array) {
+    for (auto& item : array) form.Adopt(*item);
+  };
+  (adopt(arrays), ...);
 }
 
 }  // namespace
@@ -173,19 +155,10 @@ void VellumSetup::AdoptControls() {
                                                             &EnvelopeWideLabelsPerColumn}) {
     Adopt(*c);
   }
-  AdoptArray(*this, HelpCmd);
-  AdoptArray(*this, LogFrameVisible);
-  AdoptArray(*this, AwardCheck);
-  AdoptArray(*this, WAZBandCheck);
-  AdoptArray(*this, WAZModeCheck);
-  AdoptArray(*this, QSLInfoUpperLeft);
-  AdoptArray(*this, QSLInfoUpperRight);
-  AdoptArray(*this, NarrowColumnOffset);
-  AdoptArray(*this, WideColumnOffset);
-  AdoptArray(*this, PrintQualityButton);
-  AdoptArray(*this, ReturnAddress);
-  AdoptArray(*this, EnvelopeNarrowColumnOffset);
-  AdoptArray(*this, EnvelopeWideColumnOffset);
+  AdoptArrays(*this, HelpCmd, LogFrameVisible, AwardCheck, WAZBandCheck, WAZModeCheck,
+              QSLInfoUpperLeft, QSLInfoUpperRight, NarrowColumnOffset, WideColumnOffset,
+              PrintQualityButton, ReturnAddress, EnvelopeNarrowColumnOffset,
+              EnvelopeWideColumnOffset);
 }
 
 // The window as it is designed, before any handler is attached: the check boxes stand at the
@@ -348,110 +321,6 @@ std::string VellumSetup::DefaultLogPathname(const std::string& callsign) const {
   return DatabasesFolder() + "/" + Common::SafeFilename(callsign) + ".vdb";
 }
 
-void VellumSetup::VellumSetup_Load() {
-  Tail("Form_Load", [&] {
-    RestoreWindowPosition(*this, services_.common, services_.settings);
-
-    for (int i = 0; i < LogFrameVisible.Count(); ++i) {
-      LogFrameVisible(i).SetValue(
-          CheckValue(GetSetting(kConfiguration, "LogFrameVisible" + std::to_string(i), "1")));
-    }
-    SaveLogFrameVisibility();
-
-    MyCallsign.SetText(GetSetting(kConfiguration, "Callsign", ""));
-    if (MyCallsign.Text().empty()) {
-      MyCallsign.SetText(
-          services_.desktop.InputBox("Welcome to Vellum - please specify your callsign: ",
-                                     std::string(kApplicationTitle) + " initialization", ""));
-    }
-
-    TransmitPower.SetText(GetSetting(kConfiguration, "TransmitPower", "100"));
-    QSLMsg.SetText(GetSetting(kConfiguration, "QSLMsg", ""));
-    RunCheck.SetValue(CheckValue(GetSetting(kConfiguration, "Run", "0")));
-    ConfirmDeleteCheck.SetValue(CheckValue(GetSetting(kConfiguration, "ConfirmDelete", "1")));
-    LookupPrevQSOCheck.SetValue(CheckValue(GetSetting(kConfiguration, "LookupPrevQSO", "1")));
-    AutoSetDateTimeCheck.SetValue(CheckValue(GetSetting(kConfiguration, "AutoSetDateTime", "1")));
-
-    // A format with "-" is of an older kind, which the date fields no longer read.
-    DateTimeFormat = GetSetting(kConfiguration, "DateTimeFormat", kDateTimeFormatMinutes);
-    if (DateTimeFormat.find('-') != std::string::npos) DateTimeFormat = kDateTimeFormatMinutes;
-    DisplaySecondsCheckbox.SetValue(DateTimeFormat == kDateTimeFormatSeconds ? 1 : 0);
-
-    SetCaptureQSLRequestCheck.SetValue(
-        CheckValue(GetSetting(kConfiguration, "SetCaptureQSLRequest", "0")));
-    QSLPrintOpCallsignCheck.SetValue(
-        CheckValue(GetSetting(kConfiguration, "QSLPrintOpCallsign", "0")));
-
-    const std::string callbookDefault =
-        services_.settings.GetSetting(kTrailmark, kRACSection, "Pathname", kCallbookDefault);
-    RACPathname.SetText(GetSetting(kRACSection, "Pathname", callbookDefault));
-    RACEnabled.SetValue(CheckValue(GetSetting(kRACSection, "RACEnabled", "1")));
-
-    LogPathname.SetText(
-        GetSetting(kConfiguration, "LogPathname", DefaultLogPathname(MyCallsign.Text())));
-    if (LogPathname.Text().empty()) LogPathname.SetText(DefaultLogPathname(MyCallsign.Text()));
-    if (!LogPathnameExists() && !services_.logSchema.CreateLog(LogPathname.Text())) {
-      ShowMessage("unable to create log database");
-    }
-
-    BackupDirectory.SetText(GetSetting(kConfiguration, "BackupDirectory",
-                                       services_.common.ApplicationDirectory() + "/Backups"));
-    eQSLName.SetText(GetSetting(kConfiguration, "eQSLUser", ""));
-    eQSLPassword.SetText(GetSetting(kConfiguration, "eQSLPassword", ""));
-
-    UpdateOpenLogCmdCaption();
-    OpenLogCmd.SetEnabled(true);  // no log is open yet
-    BackupCmd.SetEnabled(false);
-
-    BrowserPathname.SetText(GetSetting(kConfiguration, "BrowserPathname", ""));
-    services_.common.SetBrowserPathname(BrowserPathname.Text());
-
-    InitializePrinter();
-    InitializeAwardTracking();
-  });
-}
-
-void VellumSetup::VellumSetup_QueryUnload(int& cancel, int unloadMode) {
-  // The operator's close only hides the window; the main window unloads it at the end.
-  if (unloadMode == ui::vbFormControlMenu) {
-    cancel = 1;
-    Hide();
-  }
-}
-
-void VellumSetup::VellumSetup_Unload(int& cancel) {
-  Tail("Form_Unload", [&] {
-    SaveAwardTracking();
-    SaveLogGridColumnWidths();
-    SaveQTHGridColumnWidths();
-    SaveLogLayoutGridColumnWidths();
-    Notify([](ConfigObserver& o) { o.CloseLog(); });
-    SaveWindowPosition(*this, services_.common, services_.settings);
-
-    SaveSetting(kConfiguration, "Callsign", MyCallsign.Text());
-    SaveSetting(kConfiguration, "TransmitPower", TransmitPower.Text());
-    SaveSetting(kConfiguration, "QSLMsg", QSLMsg.Text());
-    SaveSetting(kConfiguration, "Run", std::to_string(RunCheck.Value()));
-    SaveSetting(kConfiguration, "ConfirmDelete", std::to_string(ConfirmDeleteCheck.Value()));
-    SaveSetting(kConfiguration, "LookupPrevQSO", std::to_string(LookupPrevQSOCheck.Value()));
-    SaveSetting(kConfiguration, "AutoSetDateTime", std::to_string(AutoSetDateTimeCheck.Value()));
-    SaveSetting(kConfiguration, "DateTimeFormat", DateTimeFormat);
-    SaveSetting(kConfiguration, "SetCaptureQSLRequest",
-                std::to_string(SetCaptureQSLRequestCheck.Value()));
-    SaveSetting(kConfiguration, "QSLPrintOpCallsign",
-                std::to_string(QSLPrintOpCallsignCheck.Value()));
-    SaveSetting(kConfiguration, "eQSLUser", eQSLName.Text());
-    SaveSetting(kConfiguration, "eQSLPassword", eQSLPassword.Text());
-    if (PrinterName.ListIndex() >= 0) {
-      SaveSetting(kPrinterSection, "PrinterName", PrinterName.List(PrinterName.ListIndex()));
-      if (PaperSizeCombo.ListIndex() >= 0) {
-        SaveSetting(kPrinterSection, "PrinterPaperSize",
-                    std::to_string(PaperSizeCombo.ItemData(PaperSizeCombo.ListIndex())));
-      }
-    }
-  });
-}
-
 // ---- The log ----
 
 bool VellumSetup::LogPathnameExists() const {
@@ -498,12 +367,12 @@ void VellumSetup::OpenLogCmd_Click() {
 }
 
 void VellumSetup::SaveLogPathname() {
-  Tail("SaveLogPathname", [&] { SaveSetting(kConfiguration, "LogPathname", LogPathname.Text()); });
+  Tail("SaveLogPathname", [&] { SaveSetting(setting::kLogPathname, LogPathname.Text()); });
 }
 
 void VellumSetup::SaveBackupDirectory() {
   Tail("SaveBackupDirectory",
-       [&] { SaveSetting(kConfiguration, "BackupDirectory", BackupDirectory.Text()); });
+       [&] { SaveSetting(setting::kBackupDirectory, BackupDirectory.Text()); });
 }
 
 void VellumSetup::LogSelectCmd_Click() {
@@ -512,7 +381,7 @@ void VellumSetup::LogSelectCmd_Click() {
     request.title = "Select log";
     request.filter = "Log (*.vdb)|*.vdb";
     request.defaultExt = ".vdb";
-    request.initialDir = GetSetting(kConfiguration, "LogDirectory", DatabasesFolder());
+    request.initialDir = GetSetting(setting::kLogDirectory, DatabasesFolder());
     std::string pathname;
     try {
       pathname = services_.desktop.OpenFileDialog(request);
@@ -521,7 +390,7 @@ void VellumSetup::LogSelectCmd_Click() {
       throw;
     }
     LogPathname.SetText(pathname);
-    SaveSetting(kConfiguration, "LogDirectory", services_.common.ContainingDirectory(pathname));
+    SaveSetting(setting::kLogDirectory, services_.common.ContainingDirectory(pathname));
   });
 }
 
@@ -529,7 +398,8 @@ void VellumSetup::LogSelectCmd_Click() {
 void VellumSetup::ApplyLogFrameVisibility(int index) {
   const int value = LogFrameVisible(index).Value();
   Notify([&](ConfigObserver& o) { o.LogFrameVisibilityChanged(index, value); });
-  SaveSetting(kConfiguration, "LogFrameVisible" + std::to_string(index), std::to_string(value));
+  SaveSetting(setting::kLogFrameVisible.section, setting::kLogFrameVisible.Key(index),
+              std::to_string(value));
 }
 
 void VellumSetup::SaveLogFrameVisibility() {
@@ -602,139 +472,6 @@ void VellumSetup::WAZModeCheck_Click(int index) {
   Tail("WAZModeCheck_Click", [&] {
     SaveSetting(kAwardSection, WAZModeKey(index), std::to_string(WAZModeCheck(index).Value()));
   });
-}
-
-// ---- The printer ----
-
-void VellumSetup::InitializePrinter() {
-  Tail("InitializePrinter", [&] {
-    PrinterName.Clear();
-    if (PrinterDeviceNames) {
-      for (const std::string& device : PrinterDeviceNames()) PrinterName.AddItem(device);
-    }
-    SetCombo(PrinterName, GetSetting(kPrinterSection, "PrinterName", ""));
-
-    PaperSizeCombo.Clear();
-    for (const PaperSize& paper : StandardPaperSizes()) {
-      PaperSizeCombo.AddItem(paper.name);
-      PaperSizeCombo.SetItemData(PaperSizeCombo.NewIndex(), paper.number);
-    }
-    const long stored = vb::Variant(GetSetting(kPrinterSection, "PrinterPaperSize",
-                                               std::to_string(DefaultPaperSize)))
-                            .ToLong();
-    for (int i = 0; i < PaperSizeCombo.ListCount(); ++i) {
-      if (PaperSizeCombo.ItemData(i) == stored) {
-        PaperSizeCombo.SetListIndex(i);
-        break;
-      }
-    }
-  });
-}
-
-// ---- Grid column widths ----
-
-void VellumSetup::SaveLogGridColumnWidths() {
-  Notify([](ConfigObserver& o) { o.SaveLogGridColumnWidths(); });
-}
-void VellumSetup::SaveQTHGridColumnWidths() {}
-
-void VellumSetup::SaveLogLayoutGridColumnWidths() {
-  Tail("SaveLogLayoutGridColumnWidths", [&] {
-    const auto& columns = LogLayout.Columns();
-    for (size_t i = 0; i < columns.size(); ++i) {
-      SaveSetting(kLogGridSection, "LogLayoutColumnWidth" + std::to_string(i),
-                  std::to_string(columns[i].Width));
-    }
-  });
-}
-
-// ---- Option handlers ----
-
-void VellumSetup::MyCallsign_Change() {
-  Tail("MyCallsign_Change", [&] {
-    const std::string& callsign = MyCallsign.Text();
-    Notify([&](ConfigObserver& o) { o.MyCallsignChanged(callsign); });
-  });
-}
-
-void VellumSetup::DisplaySecondsCheckbox_Click() {
-  DateTimeFormat =
-      DisplaySecondsCheckbox.Value() == 1 ? kDateTimeFormatSeconds : kDateTimeFormatMinutes;
-}
-
-void VellumSetup::TooltipsCheckbox_Click() {
-  Tail("TooltipsCheckbox_Click", [&] {
-    const bool show = TooltipsCheckbox.Value() == 1;
-    if (show) {
-      Tooltips.RestoreTooltips();
-    } else {
-      Tooltips.ClearTooltips();
-    }
-    Tooltips.SaveTooltipSetting(show);
-  });
-}
-
-void VellumSetup::BrowserPathname_Change() {
-  Tail("BrowserPathname_Change", [&] {
-    SaveSetting(kConfiguration, "BrowserPathname", BrowserPathname.Text());
-    services_.common.SetBrowserPathname(BrowserPathname.Text());
-  });
-}
-
-void VellumSetup::RACEnabled_Click() {
-  Tail("RACEnabled_Click", [&] {
-    if (RACEnabled.Value() == 1 && !(CallbookInstalled && CallbookInstalled())) {
-      ShowMessage("the callbook DLL is not installed, so callbook lookup is disabled");
-      RACEnabled.SetValue(0);
-    }
-    Notify([&](ConfigObserver& o) { o.CallbookEnabledChanged(RACEnabled.Value() == 1); });
-    SaveSetting(kRACSection, "RACEnabled", std::to_string(RACEnabled.Value()));
-  });
-}
-
-void VellumSetup::RACPathname_Change() {
-  Tail("RACPathname_Change", [&] {
-    const std::string folder = CallbookFolder(RACPathname.Text());
-    if (static_cast<int>(folder.size()) > kMaxCallbookFolder) {
-      ShowMessage(
-          "The length of the pathname of the folder containing Callbook.exe cannot exceed 80 "
-          "characters");
-      return;
-    }
-    ui::Raise(SetCallbookPathname, folder);
-    SaveSetting(kRACSection, "Pathname", RACPathname.Text());
-  });
-}
-
-void VellumSetup::RACBrowseCmd_Click() {
-  Tail("RACBrowseCmd_Click", [&] {
-    ui::FileDialogRequest request;
-    request.title = "Callbook program";
-    request.filter = "Callbook program (*.exe)|*.exe|All files (*)|*";
-    request.initialFile = RACPathname.Text();
-    try {
-      RACPathname.SetText(services_.desktop.OpenFileDialog(request));
-    } catch (const vb::VbError& e) {
-      if (e.number() != vb::kCancelSelected) throw;
-    }
-  });
-}
-
-void VellumSetup::HelpCmd_Click(int) {
-  Tail("HelpCmd_Click", [&] { services_.common.InvokeHelp("Configuration.htm"); });
-}
-
-// Digits pass; so does one "." where the box takes a decimal, and the backspace that edits.
-void VellumSetup::NumericBox_KeyPress(const ui::TextBox& box, bool decimal, int& keyAscii) {
-  if (keyAscii >= '0' && keyAscii <= '9') return;
-  if (keyAscii == ui::vbKeyBack) return;
-  if (decimal && keyAscii == '.' && box.Text().find('.') == std::string::npos) return;
-  keyAscii = 0;
-}
-
-void VellumSetup::NumericBox_Change(const ui::TextBox& box, const std::string& key) {
-  Tail((box.Name() + "_Change").c_str(),
-       [&] { SaveSetting(kQSLSection, key, box.Text().empty() ? "0" : box.Text()); });
 }
 
 }  // namespace vellumar

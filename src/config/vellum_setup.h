@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "config/configuration.h"
+#include "config/setting_keys.h"
 #include "config/tooltips.h"
 #include "frame/error_log.h"
 #include "platform/bound/grid.h"
@@ -227,6 +228,20 @@ class VellumSetup : public ui::Form {
   void NumericBox_KeyPress(const ui::TextBox& box, bool decimal, int& keyAscii);
   void NumericBox_Change(const ui::TextBox& box, const std::string& key);
 
+  // The options backed by one setting each, and Form_Load's steps after some of them
+  // (vellum_setup_options.cpp).
+  struct OptionSetting;
+  static const std::vector<OptionSetting>& OptionSettings();
+  void LoadOption(const OptionSetting& option);
+  std::string OptionText(const OptionSetting& option) const;
+  void AskCallsignAtFirstRun();
+  void ReplaceOldDateTimeFormat();
+  void PrepareLog();
+  void ApplyBrowserPathname();
+  std::string SiblingCallbookPathname() const;
+  std::string CallsignLogPathname() const;
+  std::string DefaultBackupDirectory() const;
+
   void ApplyLogFrameVisibility(int index);
   void AdoptControls();
   void SetDesignValues();
@@ -237,6 +252,8 @@ class VellumSetup : public ui::Form {
   std::string GetSetting(const std::string& section, const std::string& key,
                          const std::string& defaultValue) const;
   void SaveSetting(const std::string& section, const std::string& key, const std::string& value);
+  std::string GetSetting(const SettingKey& setting, const std::string& defaultValue) const;
+  void SaveSetting(const SettingKey& setting, const std::string& value);
   // The failure tail under "VellumSetup." + procedure.
   template <class Body>
   void Tail(const char* procedure, Body&& body) {

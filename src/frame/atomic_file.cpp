@@ -33,19 +33,6 @@ struct FdGuard {
   }
 };
 
-bool WriteAll(int fd, const std::string& content) {
-  std::size_t done = 0;
-  while (done < content.size()) {
-    const ssize_t n = write(fd, content.data() + done, content.size() - done);
-    if (n < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    done += static_cast<std::size_t>(n);
-  }
-  return true;
-}
-
 void Fail(const std::string& path, const char* what) {
   throw vb::VbError(vb::kPathFileAccessError,
                     std::string("Path/File access error: ") + what + " " + path);
@@ -103,6 +90,19 @@ void RemoveStaleTemporaries(const std::string& path) {
     }
   }
   closedir(dir);
+}
+
+bool WriteAll(int fd, const std::string& content) {
+  std::size_t done = 0;
+  while (done < content.size()) {
+    const ssize_t n = write(fd, content.data() + done, content.size() - done);
+    if (n < 0) {
+      if (errno == EINTR) continue;
+      return false;
+    }
+    done += static_cast<std::size_t>(n);
+  }
+  return true;
 }
 
 }  // namespace vellumar

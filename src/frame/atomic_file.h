@@ -13,6 +13,10 @@ std::string AtomicTemporaryName(const std::string& path, long pid);
 // Raises vb::VbError(75) when the file can't be written; the old content then stays.
 void WriteFileAtomically(const std::string& path, const std::string& content, int mode = 0600);
 
+// Writes all of `content` to the open file, going on after an interrupted write; false when a
+// write fails. The error log appends its entries with it too, each with as few writes as can be.
+bool WriteAll(int fd, const std::string& content);
+
 // Removes temporary files of `path` left behind by processes that died while writing.
 void RemoveStaleTemporaries(const std::string& path);
 

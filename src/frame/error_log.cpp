@@ -7,6 +7,7 @@
 #include <limits>
 #include <new>
 
+#include "frame/atomic_file.h"
 #include "frame/version.h"
 #include "platform/vb/error.h"
 #include "platform/vb/format.h"
@@ -16,20 +17,6 @@ namespace {
 
 // Error number of a failure that carries none of its own.
 constexpr int kInternalError = 51;
-
-// Appends text with one write, so that a reader sees whole entries; false when it fails.
-bool AppendAll(int fd, const std::string& text) {
-  std::size_t done = 0;
-  while (done < text.size()) {
-    const ssize_t n = write(fd, text.data() + done, text.size() - done);
-    if (n < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    done += static_cast<std::size_t>(n);
-  }
-  return true;
-}
 
 }  // namespace
 
@@ -60,7 +47,7 @@ void ErrorLog::WriteErrorLog(const std::string& text) {
       line("Operating System: " + b.osName + " build " + b.osBuild);
       line("Country         : " + b.country);
       line("Language        : " + b.language);
-      if (fd >= 0) AppendAll(fd, banner);
+      if (fd >= 0) WriteAll(fd, banner);
     } catch (...) {
     }
     started_ = true;
@@ -70,7 +57,7 @@ void ErrorLog::WriteErrorLog(const std::string& text) {
     }
   }
   try {
-    if (fd >= 0) AppendAll(fd, FormatEntry(utc_.CurrentTime(), text) + "\n");
+    if (fd >= 0) WriteAll(fd, FormatEntry(utc_.CurrentTime(), text) + "\n");
   } catch (...) {
   }
   if (fd >= 0) close(fd);

@@ -39,22 +39,29 @@ LocaleCodes LocaleCodesFromName(const std::string& name) {
   return codes;
 }
 
-std::string UserLanguageName() {
+namespace {
+
+// A name of the user's locale: its address item, else its identification item, else the code
+// in the locale's own name. Nothing without a language.
+std::string UserLocaleName(nl_item addressItem, nl_item identificationItem,
+                           std::string LocaleCodes::*code) {
   const std::string name = EnvironmentLocaleName();
   const LocaleCodes codes = LocaleCodesFromName(name);
   if (codes.language.empty()) return {};
-  std::string value = LocaleItem(name, _NL_ADDRESS_LANG_NAME);
-  if (value.empty()) value = LocaleItem(name, _NL_IDENTIFICATION_LANGUAGE);
-  return value.empty() ? codes.language : value;
+  std::string value = LocaleItem(name, addressItem);
+  if (value.empty()) value = LocaleItem(name, identificationItem);
+  return value.empty() ? codes.*code : value;
+}
+
+}  // namespace
+
+std::string UserLanguageName() {
+  return UserLocaleName(_NL_ADDRESS_LANG_NAME, _NL_IDENTIFICATION_LANGUAGE, &LocaleCodes::language);
 }
 
 std::string UserCountryName() {
-  const std::string name = EnvironmentLocaleName();
-  const LocaleCodes codes = LocaleCodesFromName(name);
-  if (codes.language.empty()) return {};
-  std::string value = LocaleItem(name, _NL_ADDRESS_COUNTRY_NAME);
-  if (value.empty()) value = LocaleItem(name, _NL_IDENTIFICATION_TERRITORY);
-  return value.empty() ? codes.country : value;
+  return UserLocaleName(_NL_ADDRESS_COUNTRY_NAME, _NL_IDENTIFICATION_TERRITORY,
+                        &LocaleCodes::country);
 }
 
 LocaleSource LocaleSource::FromEnvironment() {

@@ -32,6 +32,14 @@ void LogPage::SaveSetting(const std::string& section, const std::string& key,
   settings.SaveSetting(kApplicationTitle, section, key, value);
 }
 
+std::string LogPage::GetWindowSetting(const char* word, const std::string& defaultValue) const {
+  return GetSetting(setting::kWindowsSection, setting::WindowKey(main.Name(), word), defaultValue);
+}
+
+void LogPage::SaveWindowSetting(const char* word, const std::string& value) {
+  SaveSetting(setting::kWindowsSection, setting::WindowKey(main.Name(), word), value);
+}
+
 void LogPage::EndProcess(int code) {
   if (endProcess) endProcess(code);
 }

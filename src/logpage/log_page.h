@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "config/configuration.h"
+#include "config/setting_keys.h"
 #include "config/vellum_setup.h"
 #include "frame/common.h"
 #include "frame/settings_store.h"
@@ -66,6 +67,23 @@ class LogPage final : public LogPageServices, public ConfigObserver {
   std::string GetSetting(const std::string& section, const std::string& key,
                          const std::string& defaultValue) const;
   void SaveSetting(const std::string& section, const std::string& key, const std::string& value);
+  // The same by the keys' names (config/setting_keys.h); a family's member by its index.
+  std::string GetSetting(const SettingKey& setting, const std::string& defaultValue) const {
+    return GetSetting(setting.section, setting.key, defaultValue);
+  }
+  void SaveSetting(const SettingKey& setting, const std::string& value) {
+    SaveSetting(setting.section, setting.key, value);
+  }
+  std::string GetSetting(const IndexedSettingKey& family, int index,
+                         const std::string& defaultValue) const {
+    return GetSetting(family.section, family.Key(index), defaultValue);
+  }
+  void SaveSetting(const IndexedSettingKey& family, int index, const std::string& value) {
+    SaveSetting(family.section, family.Key(index), value);
+  }
+  // The main window's placement: its name + the word.
+  std::string GetWindowSetting(const char* word, const std::string& defaultValue) const;
+  void SaveWindowSetting(const char* word, const std::string& value);
   void EndProcess(int code);
 
   // What the configuration window's options do to the Log page.

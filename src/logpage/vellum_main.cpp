@@ -213,18 +213,18 @@ void VellumMain::VellumMain_Load() {
     SetWindowState(ui::vbNormal);
     const Common& c = page_.common;
     SetLeft(c.ReasonableLeft(SettingNumber(
-        page_.GetSetting("Windows", "VellumMainLeft", std::to_string(Left())), Left())));
+        page_.GetWindowSetting(setting::kWindow.left, std::to_string(Left())), Left())));
     SetTop(c.ReasonableTop(
-        SettingNumber(page_.GetSetting("Windows", "VellumMainTop", std::to_string(Top())), Top())));
+        SettingNumber(page_.GetWindowSetting(setting::kWindow.top, std::to_string(Top())), Top())));
     IgnoreResize = true;
-    SetWidth(SettingNumber(page_.GetSetting("Windows", "VellumMainWidth", std::to_string(Width())),
+    SetWidth(SettingNumber(page_.GetWindowSetting(setting::kWindow.width, std::to_string(Width())),
                            Width()));
     page_.loop.Yield();
     IgnoreResize = false;
     SetHeight(SettingNumber(
-        page_.GetSetting("Windows", "VellumMainHeight", std::to_string(Height())), Height()));
+        page_.GetWindowSetting(setting::kWindow.height, std::to_string(Height())), Height()));
     SetWindowState(SettingNumber(
-        page_.GetSetting("Windows", "VellumMainWindowstate", std::to_string(WindowState())),
+        page_.GetWindowSetting(setting::kWindow.stateRead, std::to_string(WindowState())),
         WindowState()));
     LastWidth = Width();
 
@@ -316,7 +316,7 @@ void VellumMain::InitTimer_Timer() {
     LogPosition.MoveLast();
   });
   SetWindowState(SettingNumber(
-      page_.GetSetting("Windows", "VellumMainWindowstate", std::to_string(WindowState())),
+      page_.GetWindowSetting(setting::kWindow.stateRead, std::to_string(WindowState())),
       WindowState()));
   page_.loop.Yield();
   // Route queries to Trailmark are allowed from here on, once links exist.
@@ -397,7 +397,7 @@ void VellumMain::SelectTab(int index) {
       SetQSLTabvisibility(false);
       SetLogTabVisibility(true);
       SetHeight(SettingNumber(
-          page_.GetSetting("Windows", "VellumMainHeight", std::to_string(Height())), Height()));
+          page_.GetWindowSetting(setting::kWindow.height, std::to_string(Height())), Height()));
       break;
     case 1:
       SetLogTabVisibility(false);
@@ -430,7 +430,7 @@ void VellumMain::TabbedDialog_Click(int previousTab) {
     TabbedDialog.SetTab(previousTab);
     return;
   }
-  if (previousTab == 0) page_.SaveSetting("Windows", "VellumMainHeight", std::to_string(Height()));
+  if (previousTab == 0) page_.SaveWindowSetting(setting::kWindow.height, std::to_string(Height()));
   SelectTab(TabbedDialog.Tab());
   VellumMain_Resize();
 }
@@ -452,7 +452,7 @@ void VellumMain::VellumMain_Resize() {
 void VellumMain::SetVisibleLogGridRows(int rows) {
   page_.module.LogGridRows = static_cast<int16_t>(rows);
   LogGrid.SetVisibleRows(rows);
-  page_.SaveSetting("Configuration", "LogGridRows", std::to_string(rows));
+  page_.SaveSetting(setting::kLogGridRows, std::to_string(rows));
 }
 
 void VellumMain::SetLogTabVisibility(bool visible) {

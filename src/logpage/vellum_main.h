@@ -176,6 +176,7 @@ class VellumMain : public ui::Form {
   bool ValidFields();
   void Fieldbox_KeyDown(int index, int& keyCode, int shift);
   void Fieldbox_KeyPress(int index, int& keyAscii);
+  void CallsignEntered();  // Enter in the callsign box
   void Fieldbox_KeyUp(int index, int& keyCode, int shift);
   void Fieldbox_Change(int index);
   void Fieldcombo_Click(int index);

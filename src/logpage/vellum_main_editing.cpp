@@ -26,6 +26,26 @@ namespace vellumar {
 namespace field = logstore::field;
 namespace {
 
+// One row back or on. A step past either end goes back to the first or last row, so that the
+// panel keeps showing a QSO.
+void StepLog(ui::DataControl& position, bool forward) {
+  db::Recordset& log = position.Recordset();
+  const auto atEnd = [&] { return forward ? log.EOF_() : log.BOF(); };
+  if (!log || atEnd()) return;
+  if (forward) {
+    log.MoveNext();
+  } else {
+    log.MovePrevious();
+  }
+  if (!atEnd()) {
+    position.Repositioned();
+  } else if (forward) {
+    position.MoveLast();
+  } else {
+    position.MoveFirst();
+  }
+}
+
 constexpr const char* kQSODateTimeFormat = "ddddd hh:nn:ss";  // what the time stamps write
 
 }  // namespace
@@ -306,28 +326,14 @@ void VellumMain::LogLastCmd_Click() {
 
 void VellumMain::LogPrevCmd_Click() {
   if (CommandBusy) return;
-  WithFailureTail(page_.common.errorLog(), "VellumMain.LogPrevCmd_Click", [&] {
-    if (!Log() || Log().BOF()) return;
-    Log().MovePrevious();
-    if (Log().BOF()) {
-      LogPosition.MoveFirst();
-    } else {
-      LogPosition.Repositioned();
-    }
-  });
+  WithFailureTail(page_.common.errorLog(), "VellumMain.LogPrevCmd_Click",
+                  [&] { StepLog(LogPosition, false); });
 }
 
 void VellumMain::LogNextCmd_Click() {
   if (CommandBusy) return;
-  WithFailureTail(page_.common.errorLog(), "VellumMain.LogNextCmd_Click", [&] {
-    if (!Log() || Log().EOF_()) return;
-    Log().MoveNext();
-    if (Log().EOF_()) {
-      LogPosition.MoveLast();
-    } else {
-      LogPosition.Repositioned();
-    }
-  });
+  WithFailureTail(page_.common.errorLog(), "VellumMain.LogNextCmd_Click",
+                  [&] { StepLog(LogPosition, true); });
 }
 
 void VellumMain::LogGrid_RowColChange(const db::BookmarkValue& lastRow, int lastCol) {

@@ -10,6 +10,7 @@
 #include "logpage/log_page_helpers.h"
 #include "logpage/side_forms.h"
 #include "logpage/vellum_main.h"
+#include "logstore/field_behaviour.h"
 #include "logstore/schema_tables.h"
 #include "platform/vb/ascii.h"
 #include "platform/vb/convert.h"
@@ -21,6 +22,8 @@
 namespace vellumar {
 
 namespace field = logstore::field;
+using logstore::FieldCheck;
+using logstore::KeyFilter;
 namespace {
 
 constexpr int kEarliestYear = 1930;  // a QSO or card date before it is a typing error
@@ -83,28 +86,27 @@ VellumMain::FieldVerdict VellumMain::CheckField(int index, const std::string& te
     const bool exceeded = static_cast<int>(vb::Len(text)) > page_.module.FieldWidth(index);
     return {!exceeded, exceeded};
   };
-  switch (index) {
-    case field::Call:
+  switch (logstore::FieldBehaviourOf(index).check) {
+    case FieldCheck::kCallsignRequired:
       if (text.empty()) return {false, true};
       return widthRule();
-    case field::QSO_Begin:
-    case field::QSO_End: {
+    case FieldCheck::kQSOTime: {
       const std::optional<int> year = text.empty() ? std::nullopt : YearOf(text);
       const bool valid = year && *year >= kEarliestYear;
       return {valid, !valid};
     }
-    case field::QSLSDATE:
-    case field::QSLRDATE: {
+    case FieldCheck::kCardDate: {
       if (text.empty()) return {true, false};
       const std::optional<int> year = YearOf(text);
       if (!year || *year < kEarliestYear) return {false, true};
       return widthRule();
     }
-    case field::ADDRESS:
+    case FieldCheck::kAlwaysValid:
       return {true, false};
-    default:
-      return widthRule();
+    case FieldCheck::kWidth:
+      break;
   }
+  return widthRule();
 }
 
 bool VellumMain::ValidField(int index) {
@@ -163,54 +165,51 @@ void VellumMain::Fieldbox_KeyDown(int index, int& keyCode, int shift) {
 }
 
 void VellumMain::Fieldbox_KeyPress(int index, int& keyAscii) {
-  const bool enter = keyAscii == ui::vbKeyReturn;
-  switch (index) {
-    case field::Call:
-      if (!enter) {
-        if (keyAscii > 0 && keyAscii < 128) keyAscii = vb::UpperAscii(static_cast<char>(keyAscii));
-        return;
-      }
+  const logstore::FieldBehaviour& behaviour = logstore::FieldBehaviourOf(index);
+  if (keyAscii == ui::vbKeyReturn) {
+    if (behaviour.enter == logstore::kEnterBeginsQSO) {
       keyAscii = 0;
-      if (!Fieldbox(field::Call).Text().empty()) {
-        // The spot program hears of the station once it is linked.
-        InitializeQSO();
-        if (page_.config.RunMode()) NewCmd_Click();
-      }
-      if (!Fieldbox(field::CONTEST_ID).Text().empty() && Fieldbox(field::SRX).Enabled()) {
-        Fieldbox(field::SRX).SetFocus();
-      } else {
-        Fieldbox(field::RST_Sent).SetFocus();
-      }
+      CallsignEntered();
       return;
-    case field::RST_Sent:
-      if (enter) Fieldbox(field::RST_Rcvd).SetFocus();
+    }
+    if (behaviour.enter >= 0) {
+      Fieldbox(behaviour.enter).SetFocus();
       return;
-    case field::RST_Rcvd:
-      if (enter) Fieldbox(field::Name).SetFocus();
+    }
+  }
+  const bool editKey = keyAscii == ui::vbKeyBack || keyAscii == kKeyCtrlC || keyAscii == kKeyCtrlV;
+  switch (behaviour.keys) {
+    case KeyFilter::kUppercase:
+      if (keyAscii > 0 && keyAscii < 128) keyAscii = vb::UpperAscii(static_cast<char>(keyAscii));
       return;
-    case field::Name:
-      if (enter) Fieldbox(field::QTH).SetFocus();
-      return;
-    case field::QTH:
-      if (enter) Fieldbox(field::QSL_Via).SetFocus();
-      return;
-    case field::Freq: {
+    case KeyFilter::kDecimal: {
       const bool point = keyAscii == '.';
-      if (point && Fieldbox(field::Freq).Text().find('.') == std::string::npos) return;
-      if (!point && (IsDigit(keyAscii) || keyAscii == ui::vbKeyBack || keyAscii == kKeyCtrlC ||
-                     keyAscii == kKeyCtrlV))
-        return;
+      if (point && Fieldbox(index).Text().find('.') == std::string::npos) return;
+      if (!point && (IsDigit(keyAscii) || editKey)) return;
       keyAscii = 0;
       return;
     }
-    case field::DXCCID:
-      if (IsDigit(keyAscii) || keyAscii == ui::vbKeyBack || keyAscii == kKeyCtrlC ||
-          keyAscii == kKeyCtrlV)
-        return;
+    case KeyFilter::kDigits:
+      if (IsDigit(keyAscii) || editKey) return;
       keyAscii = 0;
       return;
-    default:
+    case KeyFilter::kAny:
       return;
+  }
+}
+
+// Enter in the callsign: a callsign begins the QSO (and, in run mode, the next one), then the
+// cursor goes on to the contest serial in a contest, else to the report sent.
+void VellumMain::CallsignEntered() {
+  if (!Fieldbox(field::Call).Text().empty()) {
+    // The spot program hears of the station once it is linked.
+    InitializeQSO();
+    if (page_.config.RunMode()) NewCmd_Click();
+  }
+  if (!Fieldbox(field::CONTEST_ID).Text().empty() && Fieldbox(field::SRX).Enabled()) {
+    Fieldbox(field::SRX).SetFocus();
+  } else {
+    Fieldbox(field::RST_Sent).SetFocus();
   }
 }
 

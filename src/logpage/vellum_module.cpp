@@ -64,21 +64,21 @@ void VellumModule::Initialize() {
   LogWorkspace = db::DBEngine::Workspaces(0);
   VellumMain& main = page_.main;
   main.DXBaseExportButton.SetValue(
-      SettingBool(page_.GetSetting("Configuration", "DXBaseExport", "false"), false));
+      SettingBool(page_.GetSetting(setting::kDXBaseExport, "false"), false));
   main.LoggerImportButton.SetValue(
-      SettingBool(page_.GetSetting("Configuration", "LoggerImport", "false"), false));
+      SettingBool(page_.GetSetting(setting::kLoggerImport, "false"), false));
   main.MMTTYImportButton.SetValue(
-      SettingBool(page_.GetSetting("Configuration", "MMTTYImport", "false"), false));
+      SettingBool(page_.GetSetting(setting::kMMTTYImport, "false"), false));
   main.DefaultCallsignCheckbox.SetValue(
-      SettingInt(page_.GetSetting("Configuration", "DefaultImportCallsign", "1"), 1));
+      SettingInt(page_.GetSetting(setting::kDefaultImportCallsign, "1"), 1));
   main.SaveImportErrorsCheck.SetValue(
-      SettingInt(page_.GetSetting("Configuration", "SaveImportErrors", "0"), 0));
+      SettingInt(page_.GetSetting(setting::kSaveImportErrors, "0"), 0));
   main.ImportDuplicateCheckbox.SetValue(1);
   LogFilteredFlag = false;
   main.FilterFrame.SetCaption("Filter: None");
   page_.bands.InitializeBandArray(page_.DatabasesFolder() + "/Bands.txt");
   LogGridRows =
-      static_cast<int16_t>(SettingInt(page_.GetSetting("Configuration", "LogGridRows", "4"), 4));
+      static_cast<int16_t>(SettingInt(page_.GetSetting(setting::kLogGridRows, "4"), 4));
   InitializeCombos();
   InitializeFields();
   page_.dxcc.OpenDXCCDatabase();
@@ -93,24 +93,24 @@ void VellumModule::Initialize() {
 
 void VellumModule::Terminate() {
   VellumMain& main = page_.main;
-  auto save = [&](const char* key, const std::string& value) {
-    page_.SaveSetting("Configuration", key, value);
+  auto save = [&](const SettingKey& key, const std::string& value) {
+    page_.SaveSetting(key, value);
   };
-  save("DXBaseExport", BoolText(main.DXBaseExportButton.Value()));
-  save("LoggerImport", BoolText(main.LoggerImportButton.Value()));
-  save("MMTTYImport", BoolText(main.MMTTYImportButton.Value()));
-  save("DefaultImportCallsign", std::to_string(main.DefaultCallsignCheckbox.Value()));
-  save("SaveImportErrors", std::to_string(main.SaveImportErrorsCheck.Value()));
+  save(setting::kDXBaseExport, BoolText(main.DXBaseExportButton.Value()));
+  save(setting::kLoggerImport, BoolText(main.LoggerImportButton.Value()));
+  save(setting::kMMTTYImport, BoolText(main.MMTTYImportButton.Value()));
+  save(setting::kDefaultImportCallsign, std::to_string(main.DefaultCallsignCheckbox.Value()));
+  save(setting::kSaveImportErrors, std::to_string(main.SaveImportErrorsCheck.Value()));
   const ui::Font& grid = main.LogGrid.Font();
-  save("LogFontName", grid.Name);
-  save("LogFontSize", SizeText(grid.Size));
-  save("LogFontBold", BoolText(grid.Bold));
-  save(" LogFontItalic", BoolText(grid.Italic));  // the key begins with a blank
+  save(setting::kLogGridFont.name, grid.Name);
+  save(setting::kLogGridFont.size, SizeText(grid.Size));
+  save(setting::kLogGridFont.bold, BoolText(grid.Bold));
+  save(setting::kLogGridFont.italic, BoolText(grid.Italic));
   const ui::Font& panel = main.Fieldbox(field::Call).Font();
-  save("LogPanelFontName", panel.Name);
-  save("LogPanelFontSize", SizeText(panel.Size));
-  save("LogPanelFontBold", BoolText(panel.Bold));
-  save(" LogPanelFontItalic", BoolText(panel.Italic));  // the key begins with a blank
+  save(setting::kLogPanelFont.name, panel.Name);
+  save(setting::kLogPanelFont.size, SizeText(panel.Size));
+  save(setting::kLogPanelFont.bold, BoolText(panel.Bold));
+  save(setting::kLogPanelFont.italic, BoolText(panel.Italic));
 }
 
 void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {

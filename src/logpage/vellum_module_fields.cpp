@@ -18,7 +18,6 @@ namespace {
 
 constexpr int kAddressIndex = 34;
 constexpr size_t kAddressLimit = 1024;  // the address is a memo; a slot takes this much
-constexpr const char* kConfiguration = "Configuration";
 
 }  // namespace
 
@@ -72,13 +71,14 @@ void VellumModule::InitializeField(int index, const std::string& value) {
 }
 
 void VellumModule::InitializePrevFieldValues() {
-  PrevFields.InitializePrevFieldValues(
-      [&](const std::string& key) { return page_.GetSetting(kConfiguration, key, ""); });
+  PrevFields.InitializePrevFieldValues([&](const std::string& key) {
+    return page_.GetSetting(setting::kConfigurationSection, key, "");
+  });
 }
 
 void VellumModule::SavePrevFieldValues() {
   PrevFields.SavePrevFieldValues([&](const std::string& key, const std::string& value) {
-    page_.SaveSetting(kConfiguration, key, value);
+    page_.SaveSetting(setting::kConfigurationSection, key, value);
   });
 }
 

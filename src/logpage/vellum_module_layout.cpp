@@ -16,8 +16,6 @@ namespace vellumar {
 namespace field = logstore::field;
 namespace {
 
-constexpr const char* kLogGridSection = "LogGrid";
-constexpr const char* kConfiguration = "Configuration";
 
 // The columns of the layout table.
 constexpr int kLayoutField = 0;
@@ -45,8 +43,6 @@ constexpr std::array<DefaultColumn, 8> kDefaultLayout = {{
 }};
 constexpr const char* kDefaultAlignment = "Right";
 constexpr std::array<const char*, 3> kAlignmentNames = {"Left", "Center", "Right"};
-
-std::string Key(const char* name, int i) { return name + std::to_string(i); }
 
 // Runs a procedure that keeps a state number; a failure is reported with the state reached.
 template <class Body>
@@ -121,12 +117,12 @@ void VellumModule::InitializeLogLayout() {
 
     state = 2;
     int stored = 0;
-    while (!page_.GetSetting(kLogGridSection, Key("FieldName", stored), "").empty()) ++stored;
+    while (!page_.GetSetting(setting::kLayoutRow.field, stored, "").empty()) ++stored;
 
     state = 3;
     for (int c = 0; c < kLayoutColumns && c < static_cast<int>(layout.Columns().size()); ++c) {
       ui::GridColumn& column = layout.Columns()[static_cast<size_t>(c)];
-      column.Width = vb::Variant(page_.GetSetting(kLogGridSection, Key("LogLayoutColumnWidth", c),
+      column.Width = vb::Variant(page_.GetSetting(setting::kLogLayoutColumnWidth, c,
                                                   std::to_string(column.Width)))
                          .ToLong();
     }
@@ -151,29 +147,24 @@ void VellumModule::InitializeLogLayout() {
     } else {
       std::vector<ui::Grid::ArrayRow> rows;
       for (int i = 0; i < stored; ++i) {
-        rows.push_back({page_.GetSetting(kLogGridSection, Key("FieldName", i), ""),
-                        page_.GetSetting(kLogGridSection, Key("FieldCaption", i), ""),
-                        page_.GetSetting(kLogGridSection, Key("FieldAlignment", i), "")});
+        rows.push_back({page_.GetSetting(setting::kLayoutRow.field, i, ""),
+                        page_.GetSetting(setting::kLayoutRow.caption, i, ""),
+                        page_.GetSetting(setting::kLayoutRow.alignment, i, "")});
       }
       layout.SetArray(std::move(rows));
     }
 
     state = 6;
-    const auto readFont = [&](const char* name, const char* size, const char* bold,
-                              const char* italic, ui::Font font) {
-      font.Name = page_.GetSetting(kConfiguration, name, "MS Sans Serif");
-      font.Size =
-          vb::Variant(page_.GetSetting(kConfiguration, size, SizeText(font.Size))).ToDouble();
-      font.Bold = vb::Variant(page_.GetSetting(kConfiguration, bold, BoolText(font.Bold))).ToBool();
-      font.Italic =
-          vb::Variant(page_.GetSetting(kConfiguration, italic, BoolText(font.Italic))).ToBool();
+    const auto readFont = [&](const setting::FontKeys& keys, ui::Font font) {
+      font.Name = page_.GetSetting(keys.name, "MS Sans Serif");
+      font.Size = vb::Variant(page_.GetSetting(keys.size, SizeText(font.Size))).ToDouble();
+      font.Bold = vb::Variant(page_.GetSetting(keys.bold, BoolText(font.Bold))).ToBool();
+      font.Italic = vb::Variant(page_.GetSetting(keys.italic, BoolText(font.Italic))).ToBool();
       return font;
     };
-    // The italic keys begin with a blank.
-    main.LogGrid.SetFont(readFont("LogFontName", "LogFontSize", "LogFontBold", " LogFontItalic",
-                                  main.LogGrid.Font()));
-    const ui::Font panel = readFont("LogPanelFontName", "LogPanelFontSize", "LogPanelFontBold",
-                                    " LogPanelFontItalic", main.Fieldbox(field::Call).Font());
+    main.LogGrid.SetFont(readFont(setting::kLogGridFont, main.LogGrid.Font()));
+    const ui::Font panel =
+        readFont(setting::kLogPanelFont, main.Fieldbox(field::Call).Font());
     for (auto& box : main.Fieldbox) box->SetFont(panel);
     for (auto& combo : main.Fieldcombo) combo->SetFont(panel);
   });
@@ -182,10 +173,10 @@ void VellumModule::InitializeLogLayout() {
 void VellumModule::SaveLogLayoutRow(int row) {
   WithFailureTail(page_.common.errorLog(), "VellumModule.SaveLogLayoutRow", [&] {
     const ui::Grid& layout = page_.setup().LogLayout;
-    page_.SaveSetting(kLogGridSection, Key("FieldName", row), layout.ArrayCell(row, kLayoutField));
-    page_.SaveSetting(kLogGridSection, Key("FieldCaption", row),
+    page_.SaveSetting(setting::kLayoutRow.field, row, layout.ArrayCell(row, kLayoutField));
+    page_.SaveSetting(setting::kLayoutRow.caption, row,
                       layout.ArrayCell(row, kLayoutCaption));
-    page_.SaveSetting(kLogGridSection, Key("FieldAlignment", row),
+    page_.SaveSetting(setting::kLayoutRow.alignment, row,
                       layout.ArrayCell(row, kLayoutAlignment));
   });
 }
@@ -248,7 +239,7 @@ void VellumModule::FormatLogGrid() {
       const std::string caption = layout.ArrayCell(i, kLayoutCaption);
       column.DataField = field;
       column.Order =
-          vb::Variant(page_.GetSetting(kLogGridSection, Key("FieldOrder", i), std::to_string(i)))
+          vb::Variant(page_.GetSetting(setting::kLogGridFieldOrder, i, std::to_string(i)))
               .ToInteger();
       column.Alignment = AlignmentOf(layout.ArrayCell(i, kLayoutAlignment));
       column.Caption = caption;
@@ -257,7 +248,7 @@ void VellumModule::FormatLogGrid() {
 
       state = 3;
       const int byText = ColumnWidthByText(page_, LogRecordset, field, caption);
-      const int stored = vb::Variant(page_.GetSetting(kLogGridSection, Key("LogColumnWidth", i),
+      const int stored = vb::Variant(page_.GetSetting(setting::kLogGridColumnWidth, i,
                                                       std::to_string(byText)))
                              .ToLong();
       column.Width = Common::Min(stored, limit);
@@ -344,7 +335,7 @@ void VellumModule::SaveLogOrder() {
   WithFailureTail(page_.common.errorLog(), "VellumModule.SaveLogOrder", [&] {
     const auto& columns = page_.main.LogGrid.Columns();
     for (int i = 0; i < static_cast<int>(columns.size()); ++i)
-      page_.SaveSetting(kLogGridSection, Key("FieldOrder", i),
+      page_.SaveSetting(setting::kLogGridFieldOrder, i,
                         std::to_string(ui::DisplayOrder(columns, i)));
   });
 }
@@ -353,7 +344,7 @@ void VellumModule::SaveLogGridColumnWidths() {
   WithFailureTail(page_.common.errorLog(), "VellumModule.SaveLogGridColumnWidths", [&] {
     const auto& columns = page_.main.LogGrid.Columns();
     for (int i = 0; i < static_cast<int>(columns.size()); ++i)
-      page_.SaveSetting(kLogGridSection, Key("LogColumnWidth", i),
+      page_.SaveSetting(setting::kLogGridColumnWidth, i,
                         std::to_string(columns[static_cast<size_t>(i)].Width));
   });
 }

@@ -88,14 +88,4 @@ void Application::EndProcess(int code) {
   if (exitProcess_) exitProcess_(code);
 }
 
-std::string Application::GetSetting(const std::string& section, const std::string& key,
-                                    const std::string& defaultValue) const {
-  return settings.GetSetting(kApplicationTitle, section, key, defaultValue);
-}
-
-void Application::SaveSetting(const std::string& section, const std::string& key,
-                              const std::string& value) {
-  settings.SaveSetting(kApplicationTitle, section, key, value);
-}
-
 }  // namespace vellumar

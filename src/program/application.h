@@ -71,11 +71,6 @@ class Application {
   AdvancedFilter& advancedFilter;
   AddressEditor& addressEditor;
 
-  // Settings of this program, under its title.
-  std::string GetSetting(const std::string& section, const std::string& key,
-                         const std::string& defaultValue) const;
-  void SaveSetting(const std::string& section, const std::string& key, const std::string& value);
-
  private:
   std::string installedData_;
   std::function<void(int)> exitProcess_;

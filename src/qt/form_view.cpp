@@ -115,4 +115,10 @@ void FormView::Finish() {
   formBinder_ = std::make_unique<FormBinder>(form_, window_.get());
 }
 
+QHBoxLayout* Row(QBoxLayout* into) {
+  auto* row = new QHBoxLayout;
+  into->addLayout(row);
+  return row;
+}
+
 }  // namespace vellumar::qt

@@ -52,6 +52,9 @@ class FormView {
   std::unique_ptr<FormBinder> formBinder_;
 };
 
+// A new row of widgets at the end of `into`, which the views' pages are built of.
+QHBoxLayout* Row(QBoxLayout* into);
+
 // A caption for the model when its designer left it empty; what the model sets stands.
 template <typename C>
 void DesignCaption(C& control, const std::string& caption) {

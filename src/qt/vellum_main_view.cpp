@@ -70,12 +70,6 @@ const std::array<std::vector<int>, 4> kLogFrameFields = {{
     {27, 29, 30},              // Contest: ID, serial numbers received and sent
 }};
 
-QHBoxLayout* Row(QBoxLayout* into) {
-  auto* row = new QHBoxLayout;
-  into->addLayout(row);
-  return row;
-}
-
 }  // namespace
 
 VellumMainView::VellumMainView(VellumMain& form)
@@ -91,8 +85,13 @@ VellumMainView::VellumMainView(VellumMain& form)
   BuildGridPage(tabs_->widget(2), main_.ProgressGrid, {&main_.SummaryCmd, &main_.ReComputeCmd},
                 main_.HelpProgressCmd);
   BuildGridPage(tabs_->widget(3), main_.QTHGrid, {}, main_.HelpQTHCmd);
-  BuildImportPage(tabs_->widget(4));
-  BuildExportPage(tabs_->widget(5));
+  BuildOptionsPage(tabs_->widget(4),
+                   {&main_.LoggerImportButton, &main_.MMTTYImportButton,
+                    &main_.DefaultCallsignCheckbox, &main_.SaveImportErrorsCheck,
+                    &main_.ImportDuplicateCheckbox},
+                   {&main_.ImportCmd}, main_.HelpImportCmd);
+  BuildOptionsPage(tabs_->widget(5), {&main_.DXBaseExportButton}, {&main_.ExportCmd},
+                   main_.HelpExportCmd);
   PlaceRemaining(central, layout);
   mainWindow()->setCentralWidget(central);
   Finish();
@@ -195,34 +194,28 @@ void VellumMainView::BuildGridPage(QWidget* page, ui::Grid& grid,
                                    ui::Control& help) {
   auto* layout = new QVBoxLayout(page);
   layout->addWidget(Widget(grid, page), 1);
+  AddCommandRow(layout, commands, help, page);
+}
+
+// A page of options one below the other, with the page's commands and its help button in a row
+// at the foot.
+void VellumMainView::BuildOptionsPage(QWidget* page, std::initializer_list<ui::Control*> options,
+                                      std::initializer_list<ui::Control*> commands,
+                                      ui::Control& help) {
+  auto* layout = new QVBoxLayout(page);
+  for (ui::Control* c : options) layout->addWidget(Widget(*c, page));
+  layout->addStretch(1);
+  AddCommandRow(layout, commands, help, page);
+}
+
+// The commands on the left, the help button on the right.
+void VellumMainView::AddCommandRow(QVBoxLayout* layout,
+                                   std::initializer_list<ui::Control*> commands,
+                                   ui::Control& help, QWidget* page) {
   QHBoxLayout* row = Row(layout);
   for (ui::Control* c : commands) row->addWidget(Widget(*c, page));
   row->addStretch(1);
   row->addWidget(Widget(help, page));
-}
-
-void VellumMainView::BuildImportPage(QWidget* page) {
-  auto* layout = new QVBoxLayout(page);
-  layout->addWidget(Widget(main_.LoggerImportButton, page));
-  layout->addWidget(Widget(main_.MMTTYImportButton, page));
-  layout->addWidget(Widget(main_.DefaultCallsignCheckbox, page));
-  layout->addWidget(Widget(main_.SaveImportErrorsCheck, page));
-  layout->addWidget(Widget(main_.ImportDuplicateCheckbox, page));
-  layout->addStretch(1);
-  QHBoxLayout* commands = Row(layout);
-  commands->addWidget(Widget(main_.ImportCmd, page));
-  commands->addStretch(1);
-  commands->addWidget(Widget(main_.HelpImportCmd, page));
-}
-
-void VellumMainView::BuildExportPage(QWidget* page) {
-  auto* layout = new QVBoxLayout(page);
-  layout->addWidget(Widget(main_.DXBaseExportButton, page));
-  layout->addStretch(1);
-  QHBoxLayout* commands = Row(layout);
-  commands->addWidget(Widget(main_.ExportCmd, page));
-  commands->addStretch(1);
-  commands->addWidget(Widget(main_.HelpExportCmd, page));
 }
 
 }  // namespace vellumar::qt

@@ -6,6 +6,7 @@
 
 #include <QMainWindow>
 #include <QTabWidget>
+#include <QVBoxLayout>
 
 #include "logpage/vellum_main.h"
 #include "qt/form_view.h"
@@ -23,8 +24,10 @@ class VellumMainView : public FormView {
   QWidget* BuildLogPage(QWidget* page);
   void BuildGridPage(QWidget* page, ui::Grid& grid, std::initializer_list<ui::Control*> commands,
                      ui::Control& help);
-  void BuildImportPage(QWidget* page);
-  void BuildExportPage(QWidget* page);
+  void BuildOptionsPage(QWidget* page, std::initializer_list<ui::Control*> options,
+                        std::initializer_list<ui::Control*> commands, ui::Control& help);
+  void AddCommandRow(QVBoxLayout* layout, std::initializer_list<ui::Control*> commands,
+                     ui::Control& help, QWidget* page);
   QWidget* FieldPanel(ui::Control& frame, const std::vector<int>& fields, int pairsPerRow,
                       QWidget* parent);
   VellumMain& main_;

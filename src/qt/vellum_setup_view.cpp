@@ -29,12 +29,6 @@ std::vector<ui::TextBox*> Entries(ui::ControlArray<ui::TextBox>& array) {
   return out;
 }
 
-QHBoxLayout* Row(QBoxLayout* into) {
-  auto* row = new QHBoxLayout;
-  into->addLayout(row);
-  return row;
-}
-
 }  // namespace
 
 VellumSetupView::VellumSetupView(VellumSetup& form)

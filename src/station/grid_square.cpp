@@ -22,6 +22,26 @@ bool BelowWithTolerance(float value, int bound) {
   return static_cast<double>(value) + 0.001 < bound;
 }
 
+// The field letter of a longitude or latitude of `extent` degrees (180 or 90) in fields of `step`
+// degrees, counted from 'J' down to the west or south and up to the east or north; `value` is
+// left as the degrees into the field. The extent itself is the first or last field.
+char FieldLetter(float& value, bool westOrSouth, int step, int extent) {
+  if (value == extent) {
+    value = 0;
+    return westOrSouth ? 'A' : 'S';
+  }
+  int d = step;
+  if (westOrSouth) {
+    while (d < extent && !(value <= d)) d += step;
+    value = static_cast<float>(d - value);
+    return static_cast<char>('J' - d / step);
+  }
+  while (d < extent && !(value < d)) d += step;
+  d -= step;
+  value = static_cast<float>(value - d);
+  return static_cast<char>('J' + d / step);
+}
+
 }  // namespace
 
 bool DXGridModule::IsDigit(const std::string& text) { return OneCharIn(text, '0', '9', false); }
@@ -56,29 +76,8 @@ std::string DXGridModule::GetGridSquare(const GridPosition& position) {
 
   std::string grid(6, ' ');
 
-  // Longitude field.
-  if (west) {
-    if (l == 180) {
-      grid[0] = 'A';
-      l = 0;
-    } else {
-      int d = 20;
-      while (d < 180 && !(l <= d)) d += 20;
-      grid[0] = static_cast<char>('J' - d / 20);
-      l = static_cast<float>(d - l);
-    }
-  } else {
-    if (l == 180) {
-      grid[0] = 'S';
-      l = 0;
-    } else {
-      int d = 20;
-      while (d < 180 && !(l < d)) d += 20;
-      d -= 20;
-      grid[0] = static_cast<char>('J' + d / 20);
-      l = static_cast<float>(l - d);
-    }
-  }
+  // Longitude field: 20 degrees each.
+  grid[0] = FieldLetter(l, west, 20, 180);
 
   // Longitude square: 2 degrees each; L then counts minutes.
   {
@@ -97,29 +96,8 @@ std::string DXGridModule::GetGridSquare(const GridPosition& position) {
     grid[4] = static_cast<char>('a' + d / 5);
   }
 
-  // Latitude field.
-  if (!north) {
-    if (a == 90) {
-      grid[1] = 'A';
-      a = 0;
-    } else {
-      int d = 10;
-      while (d < 90 && !(a <= d)) d += 10;
-      grid[1] = static_cast<char>('J' - d / 10);
-      a = static_cast<float>(d - a);
-    }
-  } else {
-    if (a == 90) {
-      grid[1] = 'S';
-      a = 0;
-    } else {
-      int d = 10;
-      while (d < 90 && !(a < d)) d += 10;
-      d -= 10;
-      grid[1] = static_cast<char>('J' + d / 10);
-      a = static_cast<float>(a - d);
-    }
-  }
+  // Latitude field: 10 degrees each.
+  grid[1] = FieldLetter(a, !north, 10, 90);
 
   // Latitude square: 1 degree each; A then counts minutes.
   {
