@@ -71,8 +71,8 @@ TEST(TextBox, EnterRaisesKeyPressWithoutChangingTheText) {
 }
 
 TEST(TextBox, ProgrammaticTextChangeRaisesChangeAndTellsTheView) {
+  Recorder r;  // outlives the box, which tells its observers when it goes
   TextBox box("Fieldbox", 0);
-  Recorder r;
   box.AddObserver(&r);
   int changes = 0;
   box.Change = [&] { ++changes; };
