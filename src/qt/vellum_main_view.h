@@ -10,6 +10,8 @@
 #include "logpage/vellum_main.h"
 #include "qt/form_view.h"
 
+class QGridLayout;
+
 namespace vellumar::qt {
 
 class VellumMainView : public FormView {
@@ -25,6 +27,8 @@ class VellumMainView : public FormView {
                      ui::Control& help);
   void BuildImportPage(QWidget* page);
   void BuildExportPage(QWidget* page);
+  void AddLabelled(QGridLayout* grid, int row, const char* caption, ui::Control& value,
+                   QWidget* parent);
   QWidget* FieldPanel(ui::Control& frame, const std::vector<int>& fields, int pairsPerRow,
                       QWidget* parent);
   VellumMain& main_;
