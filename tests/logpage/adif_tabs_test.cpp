@@ -179,5 +179,56 @@ TEST_F(AdifTabsTest, ExportOntoAnExistingFileClearsItOrAppends) {
   EXPECT_NE(appended.find("<Call:5>G3ABC ", text.size()), std::string::npos);
 }
 
+TEST_F(AdifTabsTest, AFaultyQSOInHandStopsTheImportBeforeTheDialog) {
+  ImportFourRecords();
+  const long rows = RowsInFile();
+  box(12).UserSetText("A QTH much longer than thirty characters");
+  main().SelectTab(4);
+  main().ImportCmd.UserClick();  // no dialog is scripted: one would fail the test
+  EXPECT_EQ(main().TabbedDialog.Tab(), 0);
+  EXPECT_TRUE(main().FieldInError[12]);
+  EXPECT_EQ(RowsInFile(), rows);
+  EXPECT_FALSE(main().CommandBusy);
+}
+
+TEST_F(AdifTabsTest, ErrorsGoToTheErrFileAndTheBarShowsTheBytesRead) {
+  main().SaveImportErrorsCheck.SetValue(1);
+  ImportFourRecords();
+  const std::string err = test::ReadFileText(h.dir.Join("in.adi.err"));
+  EXPECT_NE(err.find("missing callsign: "), std::string::npos) << err;
+  EXPECT_EQ(main().ImportBytesRead.Max, static_cast<double>(std::string(kFourRecords).size()));
+  EXPECT_EQ(main().ImportBytesRead.Value(), main().ImportBytesRead.Max);
+}
+
+TEST_F(AdifTabsTest, TheExportOptionsReachTheFile) {
+  ImportFourRecords();
+  main().DXBaseExportButton.UserSelect();
+  main().ExportQSONotes.UserSetText("via import");
+  const std::string out = h.dir.Join("notes.adi");
+  h.desktop.ExpectSaveFile(out);
+  main().ExportCmd.UserClick();
+  EXPECT_EQ(h.desktop.PendingExpectations(), 0u);
+  const std::string text = test::ReadFileText(out);
+  // Stored "14.200": read as a number, DXBase form "14.2" (a second point only from the
+  // fourth decimal on).
+  EXPECT_NE(text.find("<Freq:4>14.2 "), std::string::npos) << text;
+  EXPECT_NE(text.find("<Comment:10>via import "), std::string::npos) << text;
+  // G3ABC has no frequency: an empty text doesn't read as a number, and that QSO alone is lost
+  // (reported, and counted all the same).
+  EXPECT_EQ(text.find("G3ABC"), std::string::npos) << text;
+  EXPECT_EQ(main().ExportRecordsExported.Caption(), "2");
+  EXPECT_NE(h.ErrorLogText().find("ADIF.ExportQSO"), std::string::npos);
+  // Standard ADIF writes the frequency as stored, and every QSO.
+  main().Option1.UserSelect();
+  h.desktop.ExpectSaveFile(out);
+  h.desktop.ExpectMsgBox(
+      out + " already exists; should its current contents be cleared before exporting?",
+      ui::vbYes);
+  main().ExportCmd.UserClick();
+  const std::string standard = test::ReadFileText(out);
+  EXPECT_NE(standard.find("<Freq:6>14.200 "), std::string::npos) << standard;
+  EXPECT_NE(standard.find("<Call:5>G3ABC "), std::string::npos) << standard;
+}
+
 }  // namespace
 }  // namespace vellumar
