@@ -246,6 +246,7 @@ void VellumMain::ImportCmd_Click() {
   });
   AbortImportCmd.SetEnabled(false);
   EndCommand();
+  page_.module.EnableLogActions(true);
 }
 
 void VellumMain::FinishImport() {
@@ -257,7 +258,6 @@ void VellumMain::FinishImport() {
   ProgressPosition.RowsChanged();
   if (LogHasRows()) SetFieldEnable(true);
   UpdateCaption();
-  page_.module.EnableLogActions(true);
 }
 
 void VellumMain::ExportCmd_Click() {

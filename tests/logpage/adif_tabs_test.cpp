@@ -2,6 +2,7 @@
 // chosen in the desktop's dialog, the counters, report box and times filled, the Log page
 // showing what came in, closing refused while an import runs, Abort, and an export onto a file
 // that exists already.
+#include <filesystem>
 #include <string>
 
 #include "logpage/log_page_fixture.h"
@@ -228,6 +229,20 @@ TEST_F(AdifTabsTest, TheExportOptionsReachTheFile) {
   const std::string standard = test::ReadFileText(out);
   EXPECT_NE(standard.find("<Freq:6>14.200 "), std::string::npos) << standard;
   EXPECT_NE(standard.find("<Call:5>G3ABC "), std::string::npos) << standard;
+}
+
+TEST_F(AdifTabsTest, AFileThatCantBeReadIsToldInAMessageBox) {
+  const long before = RowsInFile();
+  const std::string folder = h.dir.Join("a-folder.adi");
+  std::filesystem::create_directories(folder);
+  h.desktop.ExpectOpenFile(folder);
+  h.desktop.ExpectMsgBoxStartingWith("Unable to open file " + folder + " - ");
+  main().ImportCmd.UserClick();
+  EXPECT_EQ(h.desktop.PendingExpectations(), 0u);
+  EXPECT_EQ(RowsInFile(), before);
+  EXPECT_FALSE(main().AbortImportCmd.Enabled());
+  EXPECT_FALSE(main().ImportInProgress());
+  EXPECT_FALSE(main().CommandBusy);
 }
 
 }  // namespace
