@@ -65,6 +65,10 @@ inline constexpr SettingKey kLoggerImport{kConfigurationSection, "LoggerImport"}
 inline constexpr SettingKey kMMTTYImport{kConfigurationSection, "MMTTYImport"};
 inline constexpr SettingKey kDefaultImportCallsign{kConfigurationSection, "DefaultImportCallsign"};
 inline constexpr SettingKey kSaveImportErrors{kConfigurationSection, "SaveImportErrors"};
+// The folders the ADIF file dialogs open in: where the last import or export was.
+inline constexpr const char* kADIFSection = "ADIF";
+inline constexpr SettingKey kImportDirectory{kADIFSection, "ImportDirectory"};
+inline constexpr SettingKey kExportDirectory{kADIFSection, "ExportDirectory"};
 inline constexpr SettingKey kLogGridRows{kConfigurationSection, "LogGridRows"};
 
 // A font's four keys.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "adif/adif_import.h"
 #include "config/vellum_setup.h"
 #include "config/window_placement.h"
 #include "frame/version.h"
@@ -58,13 +59,8 @@ VellumMain::VellumMain(LogPage& page)
   SortFrame.SetCaption("Sort");
   ApplyCommandTexts();
   VerifyCmd.SetEnabled(false);  // follows QSL_Rcvd: only a card received ("Y") can be verified
-  LoggerImportButton.SetCaption("Logger");
-  MMTTYImportButton.SetCaption("MMTTY");
-  DXBaseExportButton.SetCaption("DXBase");
-  DefaultCallsignCheckbox.SetCaption("Substitute  for missing operator callsigns");
-  SaveImportErrorsCheck.SetCaption("Save import errors");
-  ImportDuplicateCheckbox.SetCaption("Ignore duplicates");
   WireControls();
+  WireAdif();
   WireFields();
 }
 
@@ -115,7 +111,29 @@ void VellumMain::WireControls() {
                                                             &DXBaseExportButton,
                                                             &DefaultCallsignCheckbox,
                                                             &SaveImportErrorsCheck,
-                                                            &ImportDuplicateCheckbox})
+                                                            &ImportDuplicateCheckbox,
+                                                            &AbortImportCmd,
+                                                            &AbortExportCmd,
+                                                            &ConfigImportCmd,
+                                                            &ConfigExportCmd,
+                                                            &Option1,
+                                                            &Option2,
+                                                            &ImportProgressFrame,
+                                                            &ExportProgressFrame,
+                                                            &ImportRecordsProcessed,
+                                                            &ImportDuplicatesIgnored,
+                                                            &ImportTruncatedFields,
+                                                            &ImportIllegalsIgnored,
+                                                            &ImportRecordsImported,
+                                                            &ImportStartTime,
+                                                            &ImportCompleteTime,
+                                                            &ExportRecordsProcessed,
+                                                            &ExportRecordsExported,
+                                                            &ExportStartTime,
+                                                            &ExportCompleteTime,
+                                                            &ImportReport,
+                                                            &ExportQSONotes,
+                                                            &ImportBytesRead})
     Adopt(*c);
   for (auto& f : LogFrame) Adopt(*f);
   for (auto& f : LogFrameSelect) Adopt(*f);
@@ -348,9 +366,13 @@ void VellumMain::ClustrineNewlogTimer_Timer() { ClustrineNewlogTimer.SetEnabled(
 void VellumMain::ServerRetryTimer_Timer() {}
 
 void VellumMain::VellumMain_QueryUnload(int& cancel, int unloadMode) {
-  // Only a running import may refuse the unload; imports come with the ADIF module.
-  (void)cancel;
+  // Only a running import refuses the unload.
   (void)unloadMode;
+  if (ImportInProgress()) {
+    page_.desktop.MsgBox("Abort the import operation before terminating", ui::vbOKOnly,
+                         kApplicationTitle);
+    cancel = 1;
+  }
 }
 
 void VellumMain::VellumMain_Unload(int& cancel) {

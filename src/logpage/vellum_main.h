@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "platform/bound/data_control.h"
@@ -18,12 +19,16 @@
 namespace vellumar {
 
 class LogPage;
+namespace adif {
+class AdifImport;
+}
 
 inline constexpr int kFieldCount = 35;  // QSO field slots 0..34
 
 class VellumMain : public ui::Form {
  public:
   explicit VellumMain(LogPage& page);
+  ~VellumMain() override;
 
   // Tabs: 0 "Log QSOs", 1 "QSL", 2 "Check Progress", 3 "my QTHs", 4 "Import", 5 "Export".
   ui::TabStrip TabbedDialog{"TabbedDialog",
@@ -71,12 +76,30 @@ class VellumMain : public ui::Form {
 
   // The Import and Export pages.
   ui::CommandButton ImportCmd{"ImportCmd"}, ExportCmd{"ExportCmd"}, HelpImportCmd{"HelpImportCmd"},
-      HelpExportCmd{"HelpExportCmd"};
-  ui::OptionButton LoggerImportButton{"LoggerImportButton"}, MMTTYImportButton{"MMTTYImportButton"},
-      DXBaseExportButton{"DXBaseExportButton"};
+      HelpExportCmd{"HelpExportCmd"}, AbortImportCmd{"AbortImportCmd"},
+      AbortExportCmd{"AbortExportCmd"}, ConfigImportCmd{"ConfigImportCmd"},
+      ConfigExportCmd{"ConfigExportCmd"};
+  // The import's kind: Logger, standard (Option2) or MMTTY; the export's: DXBase or standard
+  // (Option1).
+  ui::OptionButton LoggerImportButton{"LoggerImportButton"}, Option2{"Option2"},
+      MMTTYImportButton{"MMTTYImportButton"}, DXBaseExportButton{"DXBaseExportButton"},
+      Option1{"Option1"};
+  ui::OptionGroup ImportKind, ExportKind;
   ui::CheckBox DefaultCallsignCheckbox{"DefaultCallsignCheckbox"},
       SaveImportErrorsCheck{"SaveImportErrorsCheck"},
       ImportDuplicateCheckbox{"ImportDuplicateCheckbox"};
+  ui::Frame ImportProgressFrame{"ImportProgressFrame"}, ExportProgressFrame{"ExportProgressFrame"};
+  // The counters' values; the captions beside them ("processed:"...) are the view's.
+  ui::Label ImportRecordsProcessed{"ImportRecordsProcessed"},
+      ImportDuplicatesIgnored{"ImportDuplicatesIgnored"},
+      ImportTruncatedFields{"ImportTruncatedFields"}, ImportIllegalsIgnored{"ImportIllegalsIgnored"},
+      ImportRecordsImported{"ImportRecordsImported"}, ImportStartTime{"ImportStartTime"},
+      ImportCompleteTime{"ImportCompleteTime"}, ExportRecordsProcessed{"ExportRecordsProcessed"},
+      ExportRecordsExported{"ExportRecordsExported"}, ExportStartTime{"ExportStartTime"},
+      ExportCompleteTime{"ExportCompleteTime"};
+  ui::TextBox ImportReport{"ImportReport"};  // the header and the messages; read-only
+  ui::TextBox ExportQSONotes{"ExportQSONotes"};
+  ui::ProgressBar ImportBytesRead{"ImportBytesRead"};  // bytes of the input read
 
   // Timers, each an event of the loop; the ones that run once disable themselves.
   ui::Timer InitTimer;             // 250 ms: finishes start-up after the first paint
@@ -138,6 +161,12 @@ class VellumMain : public ui::Form {
   void SetFieldEnable(bool enable);
   bool FieldsEnabled() const { return fieldsEnabled_; }
 
+  // The Import and Export tabs (vellum_main_adif.cpp).
+  void ImportCmd_Click();
+  void ExportCmd_Click();
+  // True while a file import runs: the window refuses to close meanwhile.
+  bool ImportInProgress() const;
+
   // The life of the QSO in hand: new, save, revert, delete, confirm, verify, moves.
   void SetQSOStartTime();
   void SetQSOEndTime();
@@ -194,6 +223,9 @@ class VellumMain : public ui::Form {
   // The command buttons' captions and tool tips, from their table.
   void ApplyCommandTexts();
   void WireFields();
+  // Captions, tool tips, option groups and events of the Import and Export tabs.
+  void WireAdif();
+  void FinishImport();
   void BeginStep(int step);
   // The recordset of the Log Page Display, and whether it has rows.
   db::Recordset& Log() { return LogPosition.Recordset(); }
@@ -220,6 +252,7 @@ class VellumMain : public ui::Form {
   std::string DateTimeFormat() const;
   LogPage& page_;
   bool fieldsEnabled_ = false;
+  std::unique_ptr<adif::AdifImport> import_;  // the running file import, or the last one
 };
 
 }  // namespace vellumar

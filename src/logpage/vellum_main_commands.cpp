@@ -15,7 +15,7 @@ struct CommandText {
 
 constexpr const char* kHelpTip = "show the help page of this tab";
 
-const std::array<CommandText, 28> kCommandTexts = {{
+const std::array<CommandText, 32> kCommandTexts = {{
     // The Log page: the QSO in hand.
     {&VellumMain::NewCmd, "&New", "save the QSO in hand and begin a new one (Ctrl+N)"},
     {&VellumMain::SaveCmd, "&Save",
@@ -56,6 +56,10 @@ const std::array<CommandText, 28> kCommandTexts = {{
     {&VellumMain::HelpImportCmd, "Help", kHelpTip},
     {&VellumMain::ExportCmd, "Start", "click to export filtered QSOs to an ADIF-compliant log file"},
     {&VellumMain::HelpExportCmd, "Help", kHelpTip},
+    {&VellumMain::AbortImportCmd, "Abort", "stop an in-progress Import operation"},
+    {&VellumMain::AbortExportCmd, "Abort", "stop an in-progress Export operation"},
+    {&VellumMain::ConfigImportCmd, "Config", "show the Configuration window"},
+    {&VellumMain::ConfigExportCmd, "Config", "show the Configuration window"},
 }};
 
 }  // namespace

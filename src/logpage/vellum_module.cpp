@@ -69,6 +69,10 @@ void VellumModule::Initialize() {
       SettingBool(page_.GetSetting(setting::kLoggerImport, "false"), false));
   main.MMTTYImportButton.SetValue(
       SettingBool(page_.GetSetting(setting::kMMTTYImport, "false"), false));
+  // Neither special kind: the standard one.
+  if (!main.DXBaseExportButton.Value()) main.Option1.SetValue(true);
+  if (!main.LoggerImportButton.Value() && !main.MMTTYImportButton.Value())
+    main.Option2.SetValue(true);
   main.DefaultCallsignCheckbox.SetValue(
       SettingInt(page_.GetSetting(setting::kDefaultImportCallsign, "1"), 1));
   main.SaveImportErrorsCheck.SetValue(

@@ -36,6 +36,8 @@ std::unique_ptr<ControlBinder> MakeBinder(ui::Control& control, QWidget* parent)
     return std::make_unique<ListBoxBinder>(*c, Named(new QListWidget(parent), control));
   if (auto* c = dynamic_cast<ui::ComboBox*>(&control))
     return std::make_unique<ComboBoxBinder>(*c, Named(new QComboBox(parent), control));
+  if (auto* c = dynamic_cast<ui::TextBox*>(&control); c && c->MultiLine && c->Locked())
+    return std::make_unique<ReadOnlyTextBinder>(*c, Named(new QPlainTextEdit(parent), control));
   if (auto* c = dynamic_cast<ui::TextBox*>(&control))
     return std::make_unique<TextBoxBinder>(*c, Named(new QLineEdit(parent), control));
   if (auto* c = dynamic_cast<ui::Grid*>(&control)) {

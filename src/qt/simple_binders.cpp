@@ -42,6 +42,22 @@ void LabelBinder::Show(ui::Property property) {
   }
 }
 
+ReadOnlyTextBinder::ReadOnlyTextBinder(ui::TextBox& box, QPlainTextEdit* widget)
+    : ControlBinder(box, widget), box_(box) {
+  widget->setReadOnly(true);
+  ShowAll();
+}
+
+void ReadOnlyTextBinder::Show(ui::Property property) {
+  if (property == ui::Property::Text) {
+    auto* edit = static_cast<QPlainTextEdit*>(widget());
+    edit->setPlainText(ToQString(box_.Text()));
+    edit->moveCursor(QTextCursor::End);
+  } else {
+    ControlBinder::Show(property);
+  }
+}
+
 FrameBinder::FrameBinder(ui::Frame& frame, QGroupBox* box)
     : ControlBinder(frame, box), frame_(frame) {
   ShowAll();

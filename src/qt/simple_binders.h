@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -36,6 +37,18 @@ class LabelBinder : public ControlBinder {
 
  private:
   ui::Label& label_;
+};
+
+// A read-only multi-line TextBox <-> QPlainTextEdit, scrolled to its last line when it changes.
+class ReadOnlyTextBinder : public ControlBinder {
+ public:
+  ReadOnlyTextBinder(ui::TextBox& box, QPlainTextEdit* widget);
+
+ protected:
+  void Show(ui::Property property) override;
+
+ private:
+  ui::TextBox& box_;
 };
 
 // Frame <-> QGroupBox; its ForeColor colours the caption alone, as the runtime's frame does.

@@ -85,13 +85,8 @@ VellumMainView::VellumMainView(VellumMain& form)
   BuildGridPage(tabs_->widget(2), main_.ProgressGrid, {&main_.SummaryCmd, &main_.ReComputeCmd},
                 main_.HelpProgressCmd);
   BuildGridPage(tabs_->widget(3), main_.QTHGrid, {}, main_.HelpQTHCmd);
-  BuildOptionsPage(tabs_->widget(4),
-                   {&main_.LoggerImportButton, &main_.MMTTYImportButton,
-                    &main_.DefaultCallsignCheckbox, &main_.SaveImportErrorsCheck,
-                    &main_.ImportDuplicateCheckbox},
-                   {&main_.ImportCmd}, main_.HelpImportCmd);
-  BuildOptionsPage(tabs_->widget(5), {&main_.DXBaseExportButton}, {&main_.ExportCmd},
-                   main_.HelpExportCmd);
+  BuildImportPage(tabs_->widget(4));
+  BuildExportPage(tabs_->widget(5));
   PlaceRemaining(central, layout);
   mainWindow()->setCentralWidget(central);
   Finish();
@@ -197,17 +192,6 @@ void VellumMainView::BuildGridPage(QWidget* page, ui::Grid& grid,
   AddCommandRow(layout, commands, help, page);
 }
 
-// A page of options one below the other, with the page's commands and its help button in a row
-// at the foot.
-void VellumMainView::BuildOptionsPage(QWidget* page, std::initializer_list<ui::Control*> options,
-                                      std::initializer_list<ui::Control*> commands,
-                                      ui::Control& help) {
-  auto* layout = new QVBoxLayout(page);
-  for (ui::Control* c : options) layout->addWidget(Widget(*c, page));
-  layout->addStretch(1);
-  AddCommandRow(layout, commands, help, page);
-}
-
 // The commands on the left, the help button on the right.
 void VellumMainView::AddCommandRow(QVBoxLayout* layout,
                                    std::initializer_list<ui::Control*> commands,
@@ -216,6 +200,72 @@ void VellumMainView::AddCommandRow(QVBoxLayout* layout,
   for (ui::Control* c : commands) row->addWidget(Widget(*c, page));
   row->addStretch(1);
   row->addWidget(Widget(help, page));
+}
+
+// A labelled value: the caption the view gives it, then the control's own widget.
+void VellumMainView::AddLabelled(QGridLayout* grid, int row, const char* caption,
+                                 ui::Control& value, QWidget* parent) {
+  grid->addWidget(new QLabel(QString::fromUtf8(caption), parent), row, 0);
+  grid->addWidget(Widget(value, parent), row, 1);
+}
+
+void VellumMainView::BuildImportPage(QWidget* page) {
+  auto* layout = new QHBoxLayout(page);
+  auto* options = new QVBoxLayout();
+  layout->addLayout(options);
+  for (ui::Control* c : std::initializer_list<ui::Control*>{
+           &main_.LoggerImportButton, &main_.Option2, &main_.MMTTYImportButton,
+           &main_.DefaultCallsignCheckbox, &main_.SaveImportErrorsCheck,
+           &main_.ImportDuplicateCheckbox})
+    options->addWidget(Widget(*c, page));
+  options->addStretch(1);
+  QHBoxLayout* commands = Row(options);
+  commands->addWidget(Widget(main_.ImportCmd, page));
+  commands->addWidget(Widget(main_.AbortImportCmd, page));
+  commands->addStretch(1);
+  commands->addWidget(Widget(main_.ConfigImportCmd, page));
+  commands->addWidget(Widget(main_.HelpImportCmd, page));
+
+  auto* frame = WidgetAs<QGroupBox>(main_.ImportProgressFrame, page);
+  layout->addWidget(frame, 1);
+  auto* inFrame = new QVBoxLayout(frame);
+  auto* counts = new QGridLayout();
+  inFrame->addLayout(counts);
+  AddLabelled(counts, 0, "started:", main_.ImportStartTime, frame);
+  AddLabelled(counts, 1, "completed:", main_.ImportCompleteTime, frame);
+  AddLabelled(counts, 2, "processed:", main_.ImportRecordsProcessed, frame);
+  AddLabelled(counts, 3, "duplicates:", main_.ImportDuplicatesIgnored, frame);
+  AddLabelled(counts, 4, "truncated:", main_.ImportTruncatedFields, frame);
+  AddLabelled(counts, 5, "illegals:", main_.ImportIllegalsIgnored, frame);
+  AddLabelled(counts, 6, "imported:", main_.ImportRecordsImported, frame);
+  inFrame->addWidget(Widget(main_.ImportBytesRead, frame));
+  inFrame->addWidget(Widget(main_.ImportReport, frame), 1);
+}
+
+void VellumMainView::BuildExportPage(QWidget* page) {
+  auto* layout = new QHBoxLayout(page);
+  auto* options = new QVBoxLayout();
+  layout->addLayout(options);
+  options->addWidget(Widget(main_.DXBaseExportButton, page));
+  options->addWidget(Widget(main_.Option1, page));
+  options->addWidget(new QLabel(QStringLiteral("append to QSO notes:"), page));
+  options->addWidget(Widget(main_.ExportQSONotes, page));
+  options->addStretch(1);
+  QHBoxLayout* commands = Row(options);
+  commands->addWidget(Widget(main_.ExportCmd, page));
+  commands->addWidget(Widget(main_.AbortExportCmd, page));
+  commands->addStretch(1);
+  commands->addWidget(Widget(main_.ConfigExportCmd, page));
+  commands->addWidget(Widget(main_.HelpExportCmd, page));
+
+  auto* frame = WidgetAs<QGroupBox>(main_.ExportProgressFrame, page);
+  layout->addWidget(frame, 1);
+  auto* counts = new QGridLayout(frame);
+  AddLabelled(counts, 0, "started:", main_.ExportStartTime, frame);
+  AddLabelled(counts, 1, "completed:", main_.ExportCompleteTime, frame);
+  AddLabelled(counts, 2, "processed:", main_.ExportRecordsProcessed, frame);
+  AddLabelled(counts, 3, "exported:", main_.ExportRecordsExported, frame);
+  counts->setRowStretch(4, 1);
 }
 
 }  // namespace vellumar::qt

@@ -11,6 +11,8 @@
 #include "logpage/vellum_main.h"
 #include "qt/form_view.h"
 
+class QGridLayout;
+
 namespace vellumar::qt {
 
 class VellumMainView : public FormView {
@@ -24,10 +26,12 @@ class VellumMainView : public FormView {
   QWidget* BuildLogPage(QWidget* page);
   void BuildGridPage(QWidget* page, ui::Grid& grid, std::initializer_list<ui::Control*> commands,
                      ui::Control& help);
-  void BuildOptionsPage(QWidget* page, std::initializer_list<ui::Control*> options,
-                        std::initializer_list<ui::Control*> commands, ui::Control& help);
   void AddCommandRow(QVBoxLayout* layout, std::initializer_list<ui::Control*> commands,
                      ui::Control& help, QWidget* page);
+  void BuildImportPage(QWidget* page);
+  void BuildExportPage(QWidget* page);
+  void AddLabelled(QGridLayout* grid, int row, const char* caption, ui::Control& value,
+                   QWidget* parent);
   QWidget* FieldPanel(ui::Control& frame, const std::vector<int>& fields, int pairsPerRow,
                       QWidget* parent);
   VellumMain& main_;

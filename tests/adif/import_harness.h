@@ -20,12 +20,16 @@
 namespace vellumar::adif::test {
 
 struct ImportHarness {
-  ImportHarness() {
-    frame.common.Initialize();
-    const std::string databases = frame.DataPath() + "/Databases";
-    std::filesystem::create_directories(databases);
+  // The DXCC database the build generated from the country files, instead of the small one.
+  struct BuiltDXCC {};
+
+  ImportHarness() : ImportHarness(false) {}
+  explicit ImportHarness(BuiltDXCC) : ImportHarness(true) {}
+
+ private:
+  static void CreateSmallDXCCDatabase(const std::string& path) {
     vellumar::test::CreateTestDXCCDatabase(
-        databases + "/DXCC.vdb",
+        path,
         {
             {"K", 291, "United States", std::nullopt},
             {"VE", 1, "Canada", std::nullopt},
@@ -37,6 +41,18 @@ struct ImportHarness {
          {"VE", "VE", "VE"}, {"DL", "DL", "DL"}, {"G", "G", "G"}, {"JA", "JA", "JA"}},
         {{"K", "NA", 5, 8}, {"VE", "NA", 4, 9}, {"DL", "EU", 14, 28}, {"G", "EU", 14, 27},
          {"JA", "AS", 25, 45}});
+  }
+
+  explicit ImportHarness(bool builtDXCC) {
+    frame.common.Initialize();
+    const std::string databases = frame.DataPath() + "/Databases";
+    std::filesystem::create_directories(databases);
+    if (builtDXCC) {
+      std::filesystem::copy_file(std::string(VELLUMAR_BINARY_DIR) + "/data/DXCC.vdb",
+                                 databases + "/DXCC.vdb");
+    } else {
+      CreateSmallDXCCDatabase(databases + "/DXCC.vdb");
+    }
     services = MakeStationServices(frame.common, frame.settings, frame.desktop);
     dxcc = std::make_unique<DXCCModule>(services, slots);
     dxcc->OpenDXCCDatabase();
@@ -53,6 +69,7 @@ struct ImportHarness {
         ImportSettings{.myCallsign = "W1AW"});
   }
 
+ public:
   void OpenLog() {
     log = db::DBEngine::Workspaces(0).OpenDatabase(logPath);
     progress = log.OpenRecordset("Progress", db::dbOpenDynaset);

@@ -53,6 +53,10 @@ const std::map<std::string, std::pair<std::string, std::string>> kExpected = {
     {"HelpImportCmd", {"Help", kHelp}},
     {"ExportCmd", {"Start", "click to export filtered QSOs to an ADIF-compliant log file"}},
     {"HelpExportCmd", {"Help", kHelp}},
+    {"AbortImportCmd", {"Abort", "stop an in-progress Import operation"}},
+    {"AbortExportCmd", {"Abort", "stop an in-progress Export operation"}},
+    {"ConfigImportCmd", {"Config", "show the Configuration window"}},
+    {"ConfigExportCmd", {"Config", "show the Configuration window"}},
 };
 
 TEST_F(LogPageTest, EveryCommandButtonShowsItsCaptionAndToolTip) {

@@ -46,6 +46,7 @@ class TextBox : public InputControl {
   void SetMaxLength(int v) { maxLength_ = v; }
   std::string DataField;     // column of the data control's row this box shows
   bool DataChanged = false;  // the text changed since the data control filled the box
+  bool MultiLine = false;    // several lines, scrolled (set before a view is made)
 
   std::function<void()> Change;
 
