@@ -2,6 +2,7 @@
 // import and export of src/adif run over the Log Page Display, and what they show on the tabs
 // (counters, report box, bytes read, times) while the window keeps answering.
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "adif/adif_export.h"
@@ -97,6 +98,28 @@ class TabExportView final : public adif::ExportView {
   Turns turns_;
 };
 
+// Asks for an ADIF file in the folder of the last one, and keeps the folder chosen. Nothing when
+// the operator cancels.
+std::optional<std::string> AskForADIFFile(LogPage& page, bool forSaving, const char* title,
+                                          const SettingKey& folder, int flags) {
+  ui::FileDialogRequest request;
+  request.title = title;
+  request.filter = kAdifFilter;
+  request.initialDir = page.GetSetting(folder, page.common.ApplicationDirectory());
+  request.defaultExt = ".adi";
+  request.flags = flags;
+  std::string pathname;
+  try {
+    pathname = forSaving ? page.desktop.SaveFileDialog(request)
+                         : page.desktop.OpenFileDialog(request);
+  } catch (const vb::VbError& e) {
+    if (e.number() != vb::kCancelSelected) throw;
+    return std::nullopt;  // cancelled: silent
+  }
+  page.SaveSetting(folder, FolderOf(pathname));
+  return pathname;
+}
+
 }  // namespace
 
 VellumMain::~VellumMain() = default;
@@ -191,21 +214,10 @@ void VellumMain::ImportCmd_Click() {
     } else if (rs && rs.EditMode() != db::dbEditNone) {
       rs.CancelUpdate();
     }
-    ui::FileDialogRequest request;
-    request.title = "ADIF Import";
-    request.filter = kAdifFilter;
-    request.initialDir = page_.GetSetting(setting::kImportDirectory,
-                                          page_.common.ApplicationDirectory());
-    request.defaultExt = ".adi";
-    request.flags = kImportDialogFlags;
-    std::string pathname;
-    try {
-      pathname = page_.desktop.OpenFileDialog(request);
-    } catch (const vb::VbError& e) {
-      if (e.number() != vb::kCancelSelected) throw;
-      return;  // cancelled: silent
-    }
-    page_.SaveSetting(setting::kImportDirectory, FolderOf(pathname));
+    const std::optional<std::string> chosen = AskForADIFFile(
+        page_, false, "ADIF Import", setting::kImportDirectory, kImportDialogFlags);
+    if (!chosen) return;
+    const std::string& pathname = *chosen;
 
     adif::ImportSettings settings;
     settings.checkDuplicates = ImportDuplicateCheckbox.Value() != 0;
@@ -270,20 +282,10 @@ void VellumMain::ExportCmd_Click() {
       return;
     }
     SetMousePointer(ui::vbHourglass);
-    ui::FileDialogRequest request;
-    request.title = "ADIF Export";
-    request.filter = kAdifFilter;
-    request.initialDir = page_.GetSetting(setting::kExportDirectory,
-                                          page_.common.ApplicationDirectory());
-    request.defaultExt = ".adi";
-    std::string pathname;
-    try {
-      pathname = page_.desktop.SaveFileDialog(request);
-    } catch (const vb::VbError& e) {
-      if (e.number() != vb::kCancelSelected) throw;
-      return;
-    }
-    page_.SaveSetting(setting::kExportDirectory, FolderOf(pathname));
+    const std::optional<std::string> chosen =
+        AskForADIFFile(page_, true, "ADIF Export", setting::kExportDirectory, 0);
+    if (!chosen) return;
+    const std::string& pathname = *chosen;
 
     TabExportView view(*this, page_);
     ExportProgressFrame.SetCaption("Exporting to " + pathname);

@@ -189,83 +189,80 @@ void VellumMainView::BuildGridPage(QWidget* page, ui::Grid& grid,
                                    ui::Control& help) {
   auto* layout = new QVBoxLayout(page);
   layout->addWidget(Widget(grid, page), 1);
-  AddCommandRow(layout, commands, help, page);
+  AddCommandRow(layout, commands, {&help}, page);
 }
 
-// The commands on the left, the help button on the right.
-void VellumMainView::AddCommandRow(QVBoxLayout* layout,
-                                   std::initializer_list<ui::Control*> commands,
-                                   ui::Control& help, QWidget* page) {
+// The commands on the left, the others (configuration, help) on the right.
+void VellumMainView::AddCommandRow(QBoxLayout* layout, std::initializer_list<ui::Control*> left,
+                                   std::initializer_list<ui::Control*> right, QWidget* page) {
   QHBoxLayout* row = Row(layout);
-  for (ui::Control* c : commands) row->addWidget(Widget(*c, page));
+  for (ui::Control* c : left) row->addWidget(Widget(*c, page));
   row->addStretch(1);
-  row->addWidget(Widget(help, page));
+  for (ui::Control* c : right) row->addWidget(Widget(*c, page));
 }
 
-// A labelled value: the caption the view gives it, then the control's own widget.
-void VellumMainView::AddLabelled(QGridLayout* grid, int row, const char* caption,
-                                 ui::Control& value, QWidget* parent) {
-  grid->addWidget(new QLabel(QString::fromUtf8(caption), parent), row, 0);
-  grid->addWidget(Widget(value, parent), row, 1);
-}
-
-void VellumMainView::BuildImportPage(QWidget* page) {
+// An Import or Export tab: its options one below the other over its command row, and its
+// progress frame beside them; the frame's values each after the caption the view gives it.
+QVBoxLayout* VellumMainView::BuildTransferPage(QWidget* page, const std::vector<QWidget*>& options,
+                                               std::initializer_list<ui::Control*> left,
+                                               std::initializer_list<ui::Control*> right,
+                                               ui::Control& progressFrame,
+                                               std::initializer_list<Labelled> values) {
   auto* layout = new QHBoxLayout(page);
-  auto* options = new QVBoxLayout();
-  layout->addLayout(options);
-  for (ui::Control* c : std::initializer_list<ui::Control*>{
-           &main_.LoggerImportButton, &main_.Option2, &main_.MMTTYImportButton,
-           &main_.DefaultCallsignCheckbox, &main_.SaveImportErrorsCheck,
-           &main_.ImportDuplicateCheckbox})
-    options->addWidget(Widget(*c, page));
-  options->addStretch(1);
-  QHBoxLayout* commands = Row(options);
-  commands->addWidget(Widget(main_.ImportCmd, page));
-  commands->addWidget(Widget(main_.AbortImportCmd, page));
-  commands->addStretch(1);
-  commands->addWidget(Widget(main_.ConfigImportCmd, page));
-  commands->addWidget(Widget(main_.HelpImportCmd, page));
+  auto* column = new QVBoxLayout();
+  layout->addLayout(column);
+  for (QWidget* option : options) column->addWidget(option);
+  column->addStretch(1);
+  AddCommandRow(column, left, right, page);
 
-  auto* frame = WidgetAs<QGroupBox>(main_.ImportProgressFrame, page);
+  auto* frame = WidgetAs<QGroupBox>(progressFrame, page);
   layout->addWidget(frame, 1);
   auto* inFrame = new QVBoxLayout(frame);
   auto* counts = new QGridLayout();
   inFrame->addLayout(counts);
-  AddLabelled(counts, 0, "started:", main_.ImportStartTime, frame);
-  AddLabelled(counts, 1, "completed:", main_.ImportCompleteTime, frame);
-  AddLabelled(counts, 2, "processed:", main_.ImportRecordsProcessed, frame);
-  AddLabelled(counts, 3, "duplicates:", main_.ImportDuplicatesIgnored, frame);
-  AddLabelled(counts, 4, "truncated:", main_.ImportTruncatedFields, frame);
-  AddLabelled(counts, 5, "illegals:", main_.ImportIllegalsIgnored, frame);
-  AddLabelled(counts, 6, "imported:", main_.ImportRecordsImported, frame);
-  inFrame->addWidget(Widget(main_.ImportBytesRead, frame));
-  inFrame->addWidget(Widget(main_.ImportReport, frame), 1);
+  int row = 0;
+  for (const Labelled& value : values) {
+    counts->addWidget(new QLabel(QString::fromUtf8(value.caption), frame), row, 0);
+    counts->addWidget(Widget(*value.control, frame), row++, 1);
+  }
+  return inFrame;
+}
+
+void VellumMainView::BuildImportPage(QWidget* page) {
+  std::vector<QWidget*> options;
+  for (ui::Control* c : std::initializer_list<ui::Control*>{
+           &main_.LoggerImportButton, &main_.Option2, &main_.MMTTYImportButton,
+           &main_.DefaultCallsignCheckbox, &main_.SaveImportErrorsCheck,
+           &main_.ImportDuplicateCheckbox})
+    options.push_back(Widget(*c, page));
+  QVBoxLayout* frame = BuildTransferPage(
+      page, options, {&main_.ImportCmd, &main_.AbortImportCmd},
+      {&main_.ConfigImportCmd, &main_.HelpImportCmd}, main_.ImportProgressFrame,
+      {{"started:", &main_.ImportStartTime},
+       {"completed:", &main_.ImportCompleteTime},
+       {"processed:", &main_.ImportRecordsProcessed},
+       {"duplicates:", &main_.ImportDuplicatesIgnored},
+       {"truncated:", &main_.ImportTruncatedFields},
+       {"illegals:", &main_.ImportIllegalsIgnored},
+       {"imported:", &main_.ImportRecordsImported}});
+  QWidget* parent = frame->parentWidget();
+  frame->addWidget(Widget(main_.ImportBytesRead, parent));
+  frame->addWidget(Widget(main_.ImportReport, parent), 1);
 }
 
 void VellumMainView::BuildExportPage(QWidget* page) {
-  auto* layout = new QHBoxLayout(page);
-  auto* options = new QVBoxLayout();
-  layout->addLayout(options);
-  options->addWidget(Widget(main_.DXBaseExportButton, page));
-  options->addWidget(Widget(main_.Option1, page));
-  options->addWidget(new QLabel(QStringLiteral("append to QSO notes:"), page));
-  options->addWidget(Widget(main_.ExportQSONotes, page));
-  options->addStretch(1);
-  QHBoxLayout* commands = Row(options);
-  commands->addWidget(Widget(main_.ExportCmd, page));
-  commands->addWidget(Widget(main_.AbortExportCmd, page));
-  commands->addStretch(1);
-  commands->addWidget(Widget(main_.ConfigExportCmd, page));
-  commands->addWidget(Widget(main_.HelpExportCmd, page));
-
-  auto* frame = WidgetAs<QGroupBox>(main_.ExportProgressFrame, page);
-  layout->addWidget(frame, 1);
-  auto* counts = new QGridLayout(frame);
-  AddLabelled(counts, 0, "started:", main_.ExportStartTime, frame);
-  AddLabelled(counts, 1, "completed:", main_.ExportCompleteTime, frame);
-  AddLabelled(counts, 2, "processed:", main_.ExportRecordsProcessed, frame);
-  AddLabelled(counts, 3, "exported:", main_.ExportRecordsExported, frame);
-  counts->setRowStretch(4, 1);
+  const std::vector<QWidget*> options = {
+      Widget(main_.DXBaseExportButton, page), Widget(main_.Option1, page),
+      new QLabel(QStringLiteral("append to QSO notes:"), page),
+      Widget(main_.ExportQSONotes, page)};
+  QVBoxLayout* frame = BuildTransferPage(
+      page, options, {&main_.ExportCmd, &main_.AbortExportCmd},
+      {&main_.ConfigExportCmd, &main_.HelpExportCmd}, main_.ExportProgressFrame,
+      {{"started:", &main_.ExportStartTime},
+       {"completed:", &main_.ExportCompleteTime},
+       {"processed:", &main_.ExportRecordsProcessed},
+       {"exported:", &main_.ExportRecordsExported}});
+  frame->addStretch(1);
 }
 
 }  // namespace vellumar::qt

@@ -3,6 +3,7 @@
 // (QSOFrame and the four LogFrame panels with the field slots), LogGrid, the foot row (SortFrame,
 // FilterFrame, the LogPosition commands, the panel switches) and the command row.
 #include <initializer_list>
+#include <vector>
 
 #include <QMainWindow>
 #include <QTabWidget>
@@ -10,8 +11,6 @@
 
 #include "logpage/vellum_main.h"
 #include "qt/form_view.h"
-
-class QGridLayout;
 
 namespace vellumar::qt {
 
@@ -26,12 +25,21 @@ class VellumMainView : public FormView {
   QWidget* BuildLogPage(QWidget* page);
   void BuildGridPage(QWidget* page, ui::Grid& grid, std::initializer_list<ui::Control*> commands,
                      ui::Control& help);
-  void AddCommandRow(QVBoxLayout* layout, std::initializer_list<ui::Control*> commands,
-                     ui::Control& help, QWidget* page);
+  void AddCommandRow(QBoxLayout* layout, std::initializer_list<ui::Control*> left,
+                     std::initializer_list<ui::Control*> right, QWidget* page);
+  // A value of a tab's progress frame and the caption the view shows before it.
+  struct Labelled {
+    const char* caption;
+    ui::Control* control;
+  };
+  // Returns the progress frame's layout, for what a tab shows below its values.
+  QVBoxLayout* BuildTransferPage(QWidget* page, const std::vector<QWidget*>& options,
+                                 std::initializer_list<ui::Control*> left,
+                                 std::initializer_list<ui::Control*> right,
+                                 ui::Control& progressFrame,
+                                 std::initializer_list<Labelled> values);
   void BuildImportPage(QWidget* page);
   void BuildExportPage(QWidget* page);
-  void AddLabelled(QGridLayout* grid, int row, const char* caption, ui::Control& value,
-                   QWidget* parent);
   QWidget* FieldPanel(ui::Control& frame, const std::vector<int>& fields, int pairsPerRow,
                       QWidget* parent);
   VellumMain& main_;
