@@ -1,5 +1,6 @@
 #include "adif/adif_export.h"
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <sys/stat.h>
@@ -67,52 +68,81 @@ void AdifExport::AppendField(const std::string& tag, const std::string& value) {
   exportRecordBuffer_ += "<" + tag + ":" + std::to_string(clean.size()) + ">" + clean + " ";
 }
 
+namespace {
+
+// How a field is written: as stored, upper-cased, or through a conversion of its own.
+enum class Written { kPlain, kUpper, kDXCC, kFreq, kQSODate, kTimeOff, kTimeOn, kCardDate, kComment };
+
+struct ExportStep {
+  int field;
+  Written how;
+};
+
+// The 33 tags of a record, in the order they are written. PROVINCE, BROKEN and MYQTHID are never
+// exported; the start gives two tags, its date and its time.
+constexpr std::array<ExportStep, 33> kExportOrder = {{
+    {f::Band, Written::kPlain},        {f::Call, Written::kUpper},
+    {f::DXCCPrefix, Written::kUpper},  {f::DXCCID, Written::kDXCC},
+    {f::Freq, Written::kFreq},         {f::Mode, Written::kPlain},
+    {f::Name, Written::kPlain},        {f::Operator, Written::kUpper},
+    {f::QSL_Rcvd, Written::kPlain},    {f::QSL_Sent, Written::kPlain},
+    {f::QSL_Via, Written::kPlain},     {f::QSO_Begin, Written::kQSODate},
+    {f::QTH, Written::kPlain},         {f::RST_Rcvd, Written::kPlain},
+    {f::RST_Sent, Written::kPlain},    {f::State, Written::kPlain},
+    {f::QSO_End, Written::kTimeOff},   {f::QSO_Begin, Written::kTimeOn},
+    {f::TX_Power, Written::kPlain},    {f::QSLMsg, Written::kPlain},
+    {f::QSLSDATE, Written::kCardDate}, {f::QSLRDATE, Written::kCardDate},
+    {f::Comment, Written::kComment},   {f::CONT, Written::kPlain},
+    {f::ITUZ, Written::kPlain},        {f::CQZ, Written::kPlain},
+    {f::IOTA, Written::kPlain},        {f::CNTY, Written::kPlain},
+    {f::CONTEST_ID, Written::kPlain},  {f::GRIDSQUARE, Written::kPlain},
+    {f::SRX, Written::kPlain},         {f::STX, Written::kPlain},
+    {f::ADDRESS, Written::kPlain},
+}};
+
+}  // namespace
+
 std::string AdifExport::ExportQSO(db::Recordset& rs) {
   exportRecordBuffer_.clear();
-  auto name = [&](int index) { return rs.Fields(index).Name(); };
-  auto plain = [&](int index) { AppendField(name(index), Text(rs, index)); };
-  auto upper = [&](int index) { AppendField(name(index), vb::UpperAscii(Text(rs, index))); };
-
-  plain(f::Band);
-  upper(f::Call);
-  upper(f::DXCCPrefix);
-  AppendField("DXCC", vb::UpperAscii(Text(rs, f::DXCCID)));
-  if (options_.dxBaseFrequencies) {
-    // An empty or non-numeric frequency fails the record.
-    AppendField(name(f::Freq), DXBaseFreqFormat(vb::Variant(Text(rs, f::Freq)).ToDouble()));
-  } else {
-    plain(f::Freq);
+  for (const ExportStep& step : kExportOrder) {
+    const int i = step.field;
+    switch (step.how) {
+      case Written::kPlain:
+        AppendField(rs.Fields(i).Name(), Text(rs, i));
+        break;
+      case Written::kUpper:
+        AppendField(rs.Fields(i).Name(), vb::UpperAscii(Text(rs, i)));
+        break;
+      case Written::kDXCC:
+        AppendField("DXCC", vb::UpperAscii(Text(rs, i)));
+        break;
+      case Written::kFreq:
+        // Under DXBase an empty or non-numeric frequency fails the record.
+        AppendField(rs.Fields(i).Name(),
+                    options_.dxBaseFrequencies
+                        ? DXBaseFreqFormat(vb::Variant(Text(rs, i)).ToDouble())
+                        : Text(rs, i));
+        break;
+      case Written::kQSODate:
+        AppendField("QSO_DATE", DateText(rs, i, "YYYYMMDD"));
+        break;
+      case Written::kTimeOff:
+        AppendField("TIME_OFF", DateText(rs, i, "HHNNSS"));
+        break;
+      case Written::kTimeOn:
+        AppendField("TIME_ON", DateText(rs, i, "HHNNSS"));
+        break;
+      case Written::kCardDate:
+        AppendField(rs.Fields(i).Name(), vb::Format(vb::Variant(Text(rs, i)), "YYYYMMDD"));
+        break;
+      case Written::kComment: {
+        const std::string comment = Text(rs, i);
+        AppendField(rs.Fields(i).Name(),
+                    comment.empty() ? options_.qsoNotes : comment + " " + options_.qsoNotes);
+        break;
+      }
+    }
   }
-  plain(f::Mode);
-  plain(f::Name);
-  upper(f::Operator);
-  plain(f::QSL_Rcvd);
-  plain(f::QSL_Sent);
-  plain(f::QSL_Via);
-  AppendField("QSO_DATE", DateText(rs, f::QSO_Begin, "YYYYMMDD"));
-  plain(f::QTH);
-  plain(f::RST_Rcvd);
-  plain(f::RST_Sent);
-  plain(f::State);
-  AppendField("TIME_OFF", DateText(rs, f::QSO_End, "HHNNSS"));
-  AppendField("TIME_ON", DateText(rs, f::QSO_Begin, "HHNNSS"));
-  plain(f::TX_Power);
-  plain(f::QSLMsg);
-  AppendField(name(f::QSLSDATE), vb::Format(vb::Variant(Text(rs, f::QSLSDATE)), "YYYYMMDD"));
-  AppendField(name(f::QSLRDATE), vb::Format(vb::Variant(Text(rs, f::QSLRDATE)), "YYYYMMDD"));
-  const std::string comment = Text(rs, f::Comment);
-  AppendField(name(f::Comment), comment.empty() ? options_.qsoNotes
-                                                : comment + " " + options_.qsoNotes);
-  plain(f::CONT);
-  plain(f::ITUZ);
-  plain(f::CQZ);
-  plain(f::IOTA);
-  plain(f::CNTY);
-  plain(f::CONTEST_ID);
-  plain(f::GRIDSQUARE);
-  plain(f::SRX);
-  plain(f::STX);
-  plain(f::ADDRESS);  // PROVINCE, BROKEN and MYQTHID are never exported
   exportRecordBuffer_ += "<EOR>";
   return exportRecordBuffer_;
 }

@@ -28,6 +28,26 @@ std::string StampNow(LogPage& page) {
   return vb::FormatDate(page.common.utc().CurrentTime(), "ddddd hh:nn") + " Z";
 }
 
+// A tab's progress frame as a run begins: what it works on, the start stamped, no end yet.
+void BeginRun(LogPage& page, ui::Frame& frame, const std::string& caption, ui::Label& started,
+              ui::Label& completed) {
+  frame.SetCaption(caption);
+  started.SetCaption(StampNow(page));
+  completed.SetCaption("");
+}
+
+// The end of a run in its frame; a program error is told there instead of the time. An error
+// opening the file is told in a message box. Returns whether the run went to its end.
+bool EndRun(LogPage& page, ui::Label& completed, bool programError, bool unopened,
+            const std::string& openError) {
+  if (unopened) {
+    page.desktop.MsgBox(openError, ui::vbOKOnly, kApplicationTitle);
+    return false;
+  }
+  completed.SetCaption(programError ? "program error" : StampNow(page));
+  return !programError;
+}
+
 std::string FolderOf(const std::string& pathname) {
   return std::filesystem::path(pathname).parent_path().string();
 }
@@ -234,9 +254,8 @@ void VellumMain::ImportCmd_Click() {
     import_->SetView(&view);
 
     ImportProgressFrame.SetEnabled(false);
-    ImportProgressFrame.SetCaption("Importing from " + pathname);
-    ImportStartTime.SetCaption(StampNow(page_));
-    ImportCompleteTime.SetCaption("");
+    BeginRun(page_, ImportProgressFrame, "Importing from " + pathname, ImportStartTime,
+             ImportCompleteTime);
     view.CountersChanged(adif::ImportCounters{});
     ImportBytesRead.SetValue(0);
     AbortImportCmd.SetEnabled(true);
@@ -245,17 +264,9 @@ void VellumMain::ImportCmd_Click() {
     const adif::ImportOutcome outcome = import_->ImportFile(pathname, Log(), &openError);
     import_->SetView(nullptr);
     AbortImportCmd.SetEnabled(false);
-    switch (outcome) {
-      case adif::ImportOutcome::kUnreadable:
-        page_.desktop.MsgBox(openError, ui::vbOKOnly, kApplicationTitle);
-        return;
-      case adif::ImportOutcome::kProgramError:
-        ImportCompleteTime.SetCaption("program error");
-        return;
-      default:
-        ImportCompleteTime.SetCaption(StampNow(page_));
-        FinishImport();
-    }
+    if (EndRun(page_, ImportCompleteTime, outcome == adif::ImportOutcome::kProgramError,
+               outcome == adif::ImportOutcome::kUnreadable, openError))
+      FinishImport();
   });
   AbortImportCmd.SetEnabled(false);
   EndCommand();
@@ -288,9 +299,8 @@ void VellumMain::ExportCmd_Click() {
     const std::string& pathname = *chosen;
 
     TabExportView view(*this, page_);
-    ExportProgressFrame.SetCaption("Exporting to " + pathname);
-    ExportStartTime.SetCaption(StampNow(page_));
-    ExportCompleteTime.SetCaption("");
+    BeginRun(page_, ExportProgressFrame, "Exporting to " + pathname, ExportStartTime,
+             ExportCompleteTime);
     view.CountChanged(0);
     ExportProgressFrame.SetEnabled(true);
     AbortExportCmd.SetEnabled(true);
@@ -300,19 +310,12 @@ void VellumMain::ExportCmd_Click() {
     const adif::ExportOutcome outcome = exporter.ExportFile(
         pathname, Log(), page_.common.utc().CurrentTime(), view, &openError);
     AbortExportCmd.SetEnabled(false);
-    switch (outcome) {
-      case adif::ExportOutcome::kUnopenable:
-        page_.desktop.MsgBox(openError, ui::vbOKOnly, kApplicationTitle);
-        return;
-      case adif::ExportOutcome::kNoRecords:
-        page_.desktop.MsgBox("no records to export", ui::vbOKOnly, kApplicationTitle);
-        return;
-      case adif::ExportOutcome::kProgramError:
-        ExportCompleteTime.SetCaption("program error");
-        return;
-      default:
-        ExportCompleteTime.SetCaption(StampNow(page_));
+    if (outcome == adif::ExportOutcome::kNoRecords) {
+      page_.desktop.MsgBox("no records to export", ui::vbOKOnly, kApplicationTitle);
+      return;
     }
+    EndRun(page_, ExportCompleteTime, outcome == adif::ExportOutcome::kProgramError,
+           outcome == adif::ExportOutcome::kUnopenable, openError);
   });
   AbortExportCmd.SetEnabled(false);
   EndCommand();

@@ -202,12 +202,13 @@ void VellumMainView::AddCommandRow(QBoxLayout* layout, std::initializer_list<ui:
 }
 
 // An Import or Export tab: its options one below the other over its command row, and its
-// progress frame beside them; the frame's values each after the caption the view gives it.
+// progress frame beside them: the run's times, then its counts, each after the caption the
+// view gives it.
 QVBoxLayout* VellumMainView::BuildTransferPage(QWidget* page, const std::vector<QWidget*>& options,
                                                std::initializer_list<ui::Control*> left,
                                                std::initializer_list<ui::Control*> right,
-                                               ui::Control& progressFrame,
-                                               std::initializer_list<Labelled> values) {
+                                               ui::Control& progressFrame, RunTimes times,
+                                               std::initializer_list<Labelled> counts) {
   auto* layout = new QHBoxLayout(page);
   auto* column = new QVBoxLayout();
   layout->addLayout(column);
@@ -218,13 +219,16 @@ QVBoxLayout* VellumMainView::BuildTransferPage(QWidget* page, const std::vector<
   auto* frame = WidgetAs<QGroupBox>(progressFrame, page);
   layout->addWidget(frame, 1);
   auto* inFrame = new QVBoxLayout(frame);
-  auto* counts = new QGridLayout();
-  inFrame->addLayout(counts);
+  auto* grid = new QGridLayout();
+  inFrame->addLayout(grid);
   int row = 0;
-  for (const Labelled& value : values) {
-    counts->addWidget(new QLabel(QString::fromUtf8(value.caption), frame), row, 0);
-    counts->addWidget(Widget(*value.control, frame), row++, 1);
-  }
+  const auto add = [&](const char* caption, ui::Control& value) {
+    grid->addWidget(new QLabel(QString::fromUtf8(caption), frame), row, 0);
+    grid->addWidget(Widget(value, frame), row++, 1);
+  };
+  add("started:", times.started);
+  add("completed:", times.completed);
+  for (const Labelled& count : counts) add(count.caption, *count.control);
   return inFrame;
 }
 
@@ -238,9 +242,8 @@ void VellumMainView::BuildImportPage(QWidget* page) {
   QVBoxLayout* frame = BuildTransferPage(
       page, options, {&main_.ImportCmd, &main_.AbortImportCmd},
       {&main_.ConfigImportCmd, &main_.HelpImportCmd}, main_.ImportProgressFrame,
-      {{"started:", &main_.ImportStartTime},
-       {"completed:", &main_.ImportCompleteTime},
-       {"processed:", &main_.ImportRecordsProcessed},
+      {main_.ImportStartTime, main_.ImportCompleteTime},
+      {{"processed:", &main_.ImportRecordsProcessed},
        {"duplicates:", &main_.ImportDuplicatesIgnored},
        {"truncated:", &main_.ImportTruncatedFields},
        {"illegals:", &main_.ImportIllegalsIgnored},
@@ -258,10 +261,8 @@ void VellumMainView::BuildExportPage(QWidget* page) {
   QVBoxLayout* frame = BuildTransferPage(
       page, options, {&main_.ExportCmd, &main_.AbortExportCmd},
       {&main_.ConfigExportCmd, &main_.HelpExportCmd}, main_.ExportProgressFrame,
-      {{"started:", &main_.ExportStartTime},
-       {"completed:", &main_.ExportCompleteTime},
-       {"processed:", &main_.ExportRecordsProcessed},
-       {"exported:", &main_.ExportRecordsExported}});
+      {main_.ExportStartTime, main_.ExportCompleteTime},
+      {{"processed:", &main_.ExportRecordsProcessed}, {"exported:", &main_.ExportRecordsExported}});
   frame->addStretch(1);
 }
 

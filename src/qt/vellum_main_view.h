@@ -32,12 +32,17 @@ class VellumMainView : public FormView {
     const char* caption;
     ui::Control* control;
   };
+  // When a tab's run began and ended.
+  struct RunTimes {
+    ui::Control& started;
+    ui::Control& completed;
+  };
   // Returns the progress frame's layout, for what a tab shows below its values.
   QVBoxLayout* BuildTransferPage(QWidget* page, const std::vector<QWidget*>& options,
                                  std::initializer_list<ui::Control*> left,
                                  std::initializer_list<ui::Control*> right,
-                                 ui::Control& progressFrame,
-                                 std::initializer_list<Labelled> values);
+                                 ui::Control& progressFrame, RunTimes times,
+                                 std::initializer_list<Labelled> counts);
   void BuildImportPage(QWidget* page);
   void BuildExportPage(QWidget* page);
   QWidget* FieldPanel(ui::Control& frame, const std::vector<int>& fields, int pairsPerRow,

@@ -55,22 +55,20 @@ void Database::BeginTrans() {
   c.Exec("BEGIN IMMEDIATE");
 }
 
-void Database::CommitTrans() {
-  auto& c = core();
+// Ends the transaction in hand with the statement; 3034 when none was begun.
+static void EndTransaction(detail::DatabaseCore& c, const char* statement) {
   if (sqlite3_get_autocommit(c.handle())) {
     throw vb::VbError(3034, "You tried to commit or rollback a transaction without first "
                             "beginning a transaction.");
   }
-  c.Exec("COMMIT");
+  c.Exec(statement);
 }
+
+void Database::CommitTrans() { EndTransaction(core(), "COMMIT"); }
 
 void Database::Rollback() {
   auto& c = core();
-  if (sqlite3_get_autocommit(c.handle())) {
-    throw vb::VbError(3034, "You tried to commit or rollback a transaction without first "
-                            "beginning a transaction.");
-  }
-  c.Exec("ROLLBACK");
+  EndTransaction(c, "ROLLBACK");
   c.DataChanged();  // rows cached by recordsets may be gone
 }
 
