@@ -61,6 +61,10 @@ void WriteFileAtomically(const std::string& path, const std::string& content, in
     }
     file.fd = -1;
   }
+  MoveIntoPlace(temporary, path);
+}
+
+void MoveIntoPlace(const std::string& temporary, const std::string& path) {
   if (rename(temporary.c_str(), path.c_str()) != 0) {
     unlink(temporary.c_str());
     Fail(path, "cannot replace");

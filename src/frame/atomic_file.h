@@ -13,6 +13,10 @@ std::string AtomicTemporaryName(const std::string& path, long pid);
 // Raises vb::VbError(75) when the file can't be written; the old content then stays.
 void WriteFileAtomically(const std::string& path, const std::string& content, int mode = 0600);
 
+// Renames a finished temporary file (AtomicTemporaryName's) over `path` and makes the rename
+// durable; raises vb::VbError(75), removing the temporary, when it can't.
+void MoveIntoPlace(const std::string& temporary, const std::string& path);
+
 // Writes all of `content` to the open file, going on after an interrupted write; false when a
 // write fails. The error log appends its entries with it too, each with as few writes as can be.
 bool WriteAll(int fd, const std::string& content);

@@ -1,7 +1,11 @@
 #include "logstore/log_schema.h"
 
+#include <unistd.h>
+
+#include <cstdio>
 #include <span>
 
+#include "frame/atomic_file.h"
 #include "frame/version.h"
 #include "platform/vb/error.h"
 #include "logstore/schema_tables.h"
@@ -42,14 +46,29 @@ int FieldCount(db::Database& database, const char* table) {
 
 bool LogSchema::CreateLog(const std::string& pathname) {
   return WithFailureTail(errorLog_, "VellumModule.CreateLog", [&] {
-    db::Database log = db::DBEngine::Workspaces(0).CreateDatabase(pathname, db::dbLangGeneral);
-    db::TableDef qsos = MakeTable(log, "QSOs", kQSOFields);
-    AppendIndex(qsos, "Timestamp", "QSO_Begin", false);
-    AppendIndex(qsos, "Callsign", "Call", false);
-    log.TableDefs().Append(qsos);
-    CreateProgressTable(log);
-    CreateQTHTable(log);
-    log.Close();
+    // An existing file is refused by the engine as always.
+    if (access(pathname.c_str(), F_OK) == 0)
+      db::DBEngine::Workspaces(0).CreateDatabase(pathname, db::dbLangGeneral);
+    // The log is built under a temporary name and renamed into place once whole, so that a
+    // program stopped midway never leaves a log without its tables behind.
+    RemoveStaleTemporaries(pathname);
+    const std::string building = AtomicTemporaryName(pathname, static_cast<long>(getpid()));
+    std::remove(building.c_str());
+    try {
+      db::Database log = db::DBEngine::Workspaces(0).CreateDatabase(building, db::dbLangGeneral);
+      db::TableDef qsos = MakeTable(log, "QSOs", kQSOFields);
+      AppendIndex(qsos, "Timestamp", "QSO_Begin", false);
+      AppendIndex(qsos, "Callsign", "Call", false);
+      log.TableDefs().Append(qsos);
+      CreateProgressTable(log);
+      CreateQTHTable(log);
+      log.Close();
+    } catch (...) {
+      for (const char* suffix : {"", "-wal", "-shm", "-journal"})
+        std::remove((building + suffix).c_str());
+      throw;
+    }
+    MoveIntoPlace(building, pathname);
   });
 }
 

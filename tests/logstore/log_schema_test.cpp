@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -59,10 +60,13 @@ void ExpectFields(db::TableDef t, std::span<const FieldSpec> specs) {
     SCOPED_TRACE(specs[i].name);
     EXPECT_EQ(f.Name(), specs[i].name);
     EXPECT_EQ(f.Type(), specs[i].type);
-    if (specs[i].type == kText) EXPECT_EQ(f.Size(), specs[i].size);
+    if (specs[i].type == kText) {
+      EXPECT_EQ(f.Size(), specs[i].size);
+    }
     EXPECT_TRUE(f.Attributes() & db::dbUpdatableField);
-    if (specs[i].type == kText || specs[i].type == kMemo)
+    if (specs[i].type == kText || specs[i].type == kMemo) {
       EXPECT_EQ(f.AllowZeroLength(), specs[i].allowZeroLength);
+    }
   }
 }
 
@@ -144,6 +148,26 @@ TEST_F(LogSchemaTest, CreateLogOnAnExistingFileFailsThroughTheTail) {
   EXPECT_FALSE(schema.CreateLog(path));
   EXPECT_EQ(test::ReadFileText(path), "not a log");
   EXPECT_NE(ErrorLogText().find("in module VellumModule.CreateLog: "), std::string::npos);
+}
+
+// The log is built under a temporary name and renamed when whole: nothing else is left in the
+// folder, and a half-built one left by a killed process is cleared away by the next creation.
+TEST_F(LogSchemaTest, CreateLogLeavesOnlyTheWholeLogAndClearsAKilledOnesLeftovers) {
+  const pid_t child = fork();
+  if (child == 0) _exit(0);
+  ASSERT_GT(child, 0);
+  waitpid(child, nullptr, 0);  // a process id that has ended
+  const std::string leftover = h.dir.Join(".K1ABC.vdb." + std::to_string(child) + ".tmp");
+  ASSERT_TRUE(test::WriteFileText(leftover, "half a log"));
+  const std::string path = Path("K1ABC.vdb");
+  ASSERT_TRUE(schema.CreateLog(path));
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(h.dir.Join("")))
+    if (entry.path().filename().string().find("K1ABC") != std::string::npos)
+      names.push_back(entry.path().filename().string());
+  EXPECT_EQ(names, std::vector<std::string>{"K1ABC.vdb"});
+  db::Database log = db::DBEngine::Workspaces(0).OpenDatabase(path);
+  EXPECT_EQ(log.TableDefs()["QSOs"].Fields().Count(), 35);
 }
 
 TEST_F(LogSchemaTest, ALogWith31FieldsGetsTheFourNewFieldsInOrder) {
