@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= 2
 CMAKE_BUILD_TYPE ?= RelWithDebInfo
 
-.PHONY: setup configure build run test test-asan fuzz bench clean
+.PHONY: setup configure build run test test-asan fuzz fuzz-adif bench clean
 
 setup:
 	@scripts/setup
@@ -54,6 +54,14 @@ fuzz: setup
 	  -DVELLUMAR_FUZZ=ON $(LAUNCHER) > /dev/null
 	@cmake --build $(FUZZ_BUILD) -j$(JOBS) --target vellumar_fuzzers
 	fuzz/run $(FUZZ_BUILD) $(FUZZ_SECONDS)
+
+# The ADIF tokeniser and the import behind it (the `log` command and the file import with an
+# Abort), alone: `make fuzz-adif FUZZ_SECONDS=300`.
+fuzz-adif: setup
+	@cmake -S . -B $(FUZZ_BUILD) -DCMAKE_CXX_COMPILER=clang++-14 -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DVELLUMAR_FUZZ=ON $(LAUNCHER) > /dev/null
+	@cmake --build $(FUZZ_BUILD) -j$(JOBS) --target fuzz_adif_parser fuzz_adif_import
+	fuzz/run $(FUZZ_BUILD) $(FUZZ_SECONDS) fuzz_adif_parser fuzz_adif_import
 
 bench: build
 	bench/run $(BUILD)

@@ -1,5 +1,6 @@
 #include "logstore/log_schema.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -63,11 +64,19 @@ bool LogSchema::CreateLog(const std::string& pathname) {
       CreateProgressTable(log);
       CreateQTHTable(log);
       log.Close();
+      // A close that could not write the tables into the file itself leaves them in the
+      // write-ahead log, which would not follow the file's rename: the disk failed.
+      struct stat wal;
+      if (stat((building + "-wal").c_str(), &wal) == 0 && wal.st_size > 0)
+        throw vb::VbError(3043, vb::ErrorDescription(3043) + " (creating " + pathname + ")");
     } catch (...) {
       for (const char* suffix : {"", "-wal", "-shm", "-journal"})
         std::remove((building + suffix).c_str());
       throw;
     }
+    // A write-ahead log left without its file belongs to no log: it must not be replayed
+    // into this one.
+    for (const char* suffix : {"-wal", "-shm"}) std::remove((pathname + suffix).c_str());
     MoveIntoPlace(building, pathname);
   });
 }

@@ -168,6 +168,31 @@ TEST(AdifImport, MissingCallDateOrTimeIsIllegalButAnEmptyCallPasses) {
             "missing QSO time: <CALL:3>K1A<QSO_DATE:8>20020115<eor>\r\n");
 }
 
+// Found by the import's fuzzer: a length with no digits reads as 0, so the call is empty and the
+// text behind it skipped; the QSO is still stored whole, by the file import and by a sibling's
+// text alike, every text field written.
+TEST(AdifImport, ALengthWithoutDigitsGivesAnEmptyCallStoredWhole) {
+  ImportHarness h;
+  const std::string record = "<CALL:>5PA6DX <QSO_DATE:8>20221029 <TIME_ON:6>181433 "
+                             "<BAND:3>40M <MODE:3>SSB <RST_SENT:2>nameOPERATOR:5>M0LTE <EOR>\r\n";
+  h.ImportText(record);
+  const ImportCounters& c = h.import->Counters();
+  EXPECT_EQ(c.processed, 1);
+  EXPECT_EQ(c.illegals, 0);
+  EXPECT_EQ(c.imported, 1);
+  h.import->Process(record, h.logView);
+  ASSERT_EQ(h.Rows(), 2);
+  for (long row = 0; row < 2; ++row) {
+    EXPECT_EQ(h.Value(row, f::Call), "");
+    EXPECT_EQ(h.Value(row, f::Band), "40M");
+    EXPECT_EQ(h.Value(row, f::Mode), "SSB");
+    EXPECT_EQ(h.Value(row, f::RST_Sent), "na");  // two characters, the rest skipped to "<"
+  }
+  db::Recordset rs = h.log.OpenRecordset("QSOs", db::dbOpenDynaset);
+  rs.FindFirst("Call Is Null");
+  EXPECT_TRUE(rs.NoMatch());
+}
+
 TEST(AdifImport, TruncatedCountsFieldsAgainstTheirSizes) {
   ImportHarness h;
   const std::string address(1030, 'a');

@@ -71,9 +71,11 @@ void RecordsetCore::BuildFields() {
     }
   }
   fields_.clear();
+  findColumns_.clear();
   for (size_t i = 0; i < schema_->columns.size(); ++i) {
     if (i) selectRowSql_ += ", ";
     selectRowSql_ += QuoteName(schema_->columns[i].name);
+    findColumns_ += ", " + QuoteName(schema_->columns[i].name);
     fields_.push_back(
         MakeRecordsetField(shared_from_this(), schema_->columns[i], static_cast<int>(i)));
   }
@@ -584,45 +586,61 @@ void RecordsetCore::Update() {
       }
     }
   }
-  if (editMode_ == dbEditInProgress) {
+  // The text of the write is built only when the columns written differ from the last one's.
+  const int mode = editMode_ == dbEditInProgress ? dbEditInProgress : dbEditAdd;
+  if (mode != writeMode_ || dirty_ != writeColumns_) {
     std::string sql;
-    std::vector<SqlValue> params;
-    for (size_t i = 0; i < buffer_.size(); ++i) {
-      if (!dirty_[i]) continue;
-      sql += sql.empty() ? "UPDATE " + QuoteName(table) + " SET " : ", ";
-      sql += QuoteName(schema_->columns[i].name) + " = ?";
-      params.push_back(buffer_[i]);
+    if (mode == dbEditInProgress) {
+      for (size_t i = 0; i < buffer_.size(); ++i) {
+        if (!dirty_[i]) continue;
+        sql += sql.empty() ? "UPDATE " + QuoteName(table) + " SET " : ", ";
+        sql += QuoteName(schema_->columns[i].name) + " = ?";
+      }
+      if (!sql.empty()) sql += " WHERE rowid = ?";
+    } else {
+      std::string columns, values;
+      for (size_t i = 0; i < buffer_.size(); ++i) {
+        if (!dirty_[i]) continue;
+        if (!columns.empty()) {
+          columns += ", ";
+          values += ", ";
+        }
+        columns += QuoteName(schema_->columns[i].name);
+        values += "?";
+      }
+      sql = "INSERT INTO " + QuoteName(table) +
+            (columns.empty() ? " DEFAULT VALUES" : "(" + columns + ") VALUES(" + values + ")");
     }
-    if (!sql.empty()) {
-      sql += " WHERE rowid = ?";
-      params.push_back(editRowid_);
-      auto q = db_->Prepare(sql);
-      q->BindAll(params);
-      q->Run();
+    writeSql_ = std::move(sql);
+    writeColumns_ = dirty_;
+    writeMode_ = mode;
+  }
+  // The values are bound where they stand in the buffer, which outlives the statement's run;
+  // the statement is reset before the buffer goes.
+  auto bindBuffer = [this](Statement& q) {
+    int index = 0;
+    for (size_t i = 0; i < buffer_.size(); ++i)
+      if (dirty_[i]) q.BindInPlace(++index, buffer_[i]);
+    return index;
+  };
+  if (mode == dbEditInProgress) {
+    if (!writeSql_.empty()) {
+      {
+        auto q = db_->Prepare(writeSql_);
+        q->Bind(bindBuffer(*q) + 1, SqlValue{editRowid_});
+        q->Run();
+      }
       if (sqlite3_changes(db_->handle()) == 0) RecordDeleted();
       db_->DataChanged();
       if (bufferLoaded_) KeepRow(editRowid_, std::move(buffer_));
     }
     lastModified_ = BookmarkValue{editRowid_};
   } else {
-    std::string columns, values;
-    std::vector<SqlValue> params;
-    for (size_t i = 0; i < buffer_.size(); ++i) {
-      if (!dirty_[i]) continue;
-      if (!columns.empty()) {
-        columns += ", ";
-        values += ", ";
-      }
-      columns += QuoteName(schema_->columns[i].name);
-      values += "?";
-      params.push_back(buffer_[i]);
+    {
+      auto q = db_->Prepare(writeSql_);
+      bindBuffer(*q);
+      q->Run();
     }
-    std::string sql =
-        "INSERT INTO " + QuoteName(table) +
-        (columns.empty() ? " DEFAULT VALUES" : "(" + columns + ") VALUES(" + values + ")");
-    auto q = db_->Prepare(sql);
-    q->BindAll(params);
-    q->Run();
     int64_t rowid = sqlite3_last_insert_rowid(db_->handle());
     db_->DataChanged();
     keys_->Append(rowid);
@@ -664,9 +682,14 @@ void RecordsetCore::Delete() {
 void RecordsetCore::Find(const std::string& criteria, FindFrom from) {
   CheckDynaset("FindFirst");
   const jet::SqlCondition& condition = db_->Criteria(*schema_, criteria);
-  std::string sql = "SELECT rowid FROM " + QuoteName(schema_->name) + " WHERE " + condition.sql;
+  // The row found is read with its key: the reads that follow a find are served without
+  // another query.
+  const size_t width = schema_->columns.size();
+  std::string sql = "SELECT rowid" + findColumns_ + " FROM " + QuoteName(schema_->name) +
+                    " WHERE " + condition.sql;
   auto q = db_->Prepare(sql);
   q->BindAll(condition.params);
+  std::vector<SqlValue> bestRow;
   // The bounds of the search in key set positions: (after, before).
   constexpr size_t kNone = std::numeric_limits<size_t>::max();
   size_t current = where_ == Where::On ? position_ : where_ == Where::Before ? kNone : kNone - 1;
@@ -688,10 +711,17 @@ void RecordsetCore::Find(const std::string& criteria, FindFrom from) {
       default:
         break;
     }
-    if (best == kNone || (forward ? pos < best : pos > best)) best = pos;
+    if (best == kNone || (forward ? pos < best : pos > best)) {
+      best = pos;
+      bestRow.resize(width);
+      for (size_t i = 0; i < width; ++i) bestRow[i] = q->Column(static_cast<int>(i) + 1);
+    }
   }
   noMatch_ = best == kNone;
-  if (!noMatch_) MoveTo(best);
+  if (!noMatch_) {
+    MoveTo(best);
+    KeepRow(keys_->rowid(best), std::move(bestRow));
+  }
 }
 
 std::string RecordsetCore::index() const {

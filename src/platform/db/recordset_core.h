@@ -129,6 +129,11 @@ class RecordsetCore : public std::enable_shared_from_this<RecordsetCore> {
   std::vector<SqlValue> buffer_;  // the row being edited or added, in column order
   std::vector<bool> dirty_;       // columns set since Edit or AddNew
   int64_t editRowid_ = 0;         // the row Edit copied
+  // The statement text of the last write and the columns it named: a walk that writes the same
+  // columns row after row builds it once.
+  std::string writeSql_;
+  std::vector<bool> writeColumns_;
+  int writeMode_ = 0;
   bool bufferLoaded_ = false;     // Edit: the row's values are in the buffer
   BookmarkValue lastModified_;
   bool noMatch_ = false;
@@ -166,6 +171,7 @@ class RecordsetCore : public std::enable_shared_from_this<RecordsetCore> {
   std::vector<std::pair<int64_t, int32_t>> readAheadOrder_;  // (rowid, index) of a block, sorted
 
   std::string selectRowSql_;  // SELECT <columns> FROM <table> WHERE rowid = ?
+  std::string findColumns_;   // ", <column>" for each column, in order
   std::vector<Field> fields_;
   std::vector<bool> keyColumn_;  // columns of a primary index: Null refused
 };

@@ -98,6 +98,16 @@ void Statement::Bind(int index, const SqlValue& value) {
   if (rc != SQLITE_OK) RaiseSqlite(db_, rc, "bind");
 }
 
+void Statement::BindInPlace(int index, const SqlValue& value) {
+  if (const auto* s = std::get_if<std::string>(&value)) {
+    if (sqlite3_bind_text(stmt_, index, s->data(), static_cast<int>(s->size()), SQLITE_STATIC) !=
+        SQLITE_OK)
+      RaiseSqlite(db_, sqlite3_errcode(db_), "bind");
+  } else {
+    Bind(index, value);
+  }
+}
+
 void Statement::BindAll(const std::vector<SqlValue>& values, int first) {
   for (size_t i = 0; i < values.size(); ++i) Bind(first + static_cast<int>(i), values[i]);
 }

@@ -57,6 +57,8 @@ class Statement {
 
   void Bind(int index, const SqlValue& value);  // 1-based
   void BindAll(const std::vector<SqlValue>& values, int first = 1);
+  // Binds without copying: the value must stay where it is until the statement is reset.
+  void BindInPlace(int index, const SqlValue& value);
   // Steps once: true with a row, false when done; raises on error.
   bool Step();
   // Steps to the end of a statement that returns no rows.
