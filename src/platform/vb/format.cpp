@@ -1,6 +1,8 @@
 // Format of a Variant: which formatter a pattern calls for, and the runtime's named formats.
 #include "platform/vb/format.h"
 
+#include <string_view>
+
 #include "platform/vb/ascii.h"
 #include "platform/vb/convert.h"
 #include "platform/vb/number_reader.h"
@@ -23,7 +25,7 @@ PatternKind KindOf(const std::string& pattern) {
       i = close == std::string::npos ? pattern.size() : close;
     } else if (c == '0' || c == '#') {
       return PatternKind::Number;
-    } else if (std::string("dmyhnswqctDMYHNSWQCT").find(c) != std::string::npos) {
+    } else if (std::string_view("dmyhnswqctDMYHNSWQCT").find(c) != std::string_view::npos) {
       dateLetter = true;
     }
   }
@@ -31,7 +33,7 @@ PatternKind KindOf(const std::string& pattern) {
 }
 
 struct Named {
-  const char* name;
+  std::string_view name;
   const char* pattern;  // nullptr: handled in code
 };
 
@@ -86,7 +88,7 @@ std::string Format(const Variant& value, const std::string& pattern) {
   if (pattern.empty()) return value.ToString();
   const std::string named = LowerAscii(pattern);
   for (const Named& n : kNamed) {
-    if (named != n.name) continue;
+    if (std::string_view(named) != n.name) continue;
     if (n.pattern != nullptr) return Format(value, n.pattern);
     if (named == "general date") {
       const auto date = AsDate(value);
