@@ -37,8 +37,11 @@ SANITIZER_ENV := ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1 \
   LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
   UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 
+# The whole suite, then the logic suites again under the sanitizers (scripts/test-sanitized).
+SANITIZED_BUILD ?= build-sanitized
 test: build
 	cd $(BUILD) && ctest -j$(JOBS) --output-on-failure --timeout 600
+	scripts/test-sanitized $(SANITIZED_BUILD) $(JOBS)
 
 test-asan: setup
 	@cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DVELLUMAR_SANITIZE=ON $(LAUNCHER) > /dev/null
@@ -67,4 +70,4 @@ bench: build
 	bench/run $(BUILD)
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD) $(SANITIZED_BUILD)
