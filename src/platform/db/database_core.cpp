@@ -18,7 +18,6 @@ namespace {
 
 constexpr int kApplicationId = 0x56444231;  // "VDB1"
 constexpr const char* kFormat = "1";
-constexpr size_t kCriteriaCacheSize = 512;
 
 std::string NotADatabase(const std::string& path, const std::string& why) {
   return "Can't open database '" + path +
@@ -533,10 +532,8 @@ void DatabaseCore::DropTable(const std::string& table) {
 const jet::SqlCondition& DatabaseCore::Criteria(const TableSchema& table,
                                                 const std::string& criteria) {
   std::string key = Lower(table.name) + '\n' + criteria;
-  auto it = criteria_.find(key);
-  if (it != criteria_.end()) return it->second;
-  if (criteria_.size() >= kCriteriaCacheSize) criteria_.clear();
-  return criteria_.emplace(key, jet::TranslateCriteria(criteria, table)).first->second;
+  if (const jet::SqlCondition* cached = criteria_.Find(key)) return *cached;
+  return criteria_.Add(std::move(key), jet::TranslateCriteria(criteria, table));
 }
 
 }  // namespace vellumar::db::detail

@@ -34,6 +34,38 @@ class CachedStatement {
   std::unique_ptr<Statement> owned_;
 };
 
+// Translated criteria by "table\ncriteria", in two generations: when the newer one is full it
+// becomes the older and the oldest goes, and a hit in the older moves back into the newer. So
+// criteria asked for again and again (a find per QSO over a few hundred entities) outlive a
+// stream of one-off ones (a duplicate search per QSO).
+class CriteriaCache {
+ public:
+  static constexpr size_t kGeneration = 512;
+  const jet::SqlCondition* Find(const std::string& key) {
+    if (auto it = current_.find(key); it != current_.end()) return &it->second;
+    auto node = previous_.extract(key);
+    if (node.empty()) return nullptr;
+    Rotate();
+    return &current_.insert(std::move(node)).position->second;
+  }
+  const jet::SqlCondition& Add(std::string key, jet::SqlCondition condition) {
+    Rotate();
+    return current_.insert_or_assign(std::move(key), std::move(condition)).first->second;
+  }
+  void clear() {
+    current_.clear();
+    previous_.clear();
+  }
+
+ private:
+  void Rotate() {
+    if (current_.size() < kGeneration) return;
+    previous_ = std::move(current_);
+    current_.clear();
+  }
+  std::unordered_map<std::string, jet::SqlCondition> current_, previous_;
+};
+
 class DatabaseCore;
 
 // What tells whether another connection has committed to the file since a moment: the two
@@ -140,7 +172,7 @@ class DatabaseCore : public std::enable_shared_from_this<DatabaseCore> {
   bool metadataReady_ = false;
   int64_t schemaVersion_ = -1;
   std::unordered_map<std::string, std::shared_ptr<TableSchema>> schemas_;  // by lower-case name
-  std::unordered_map<std::string, jet::SqlCondition> criteria_;  // "table\ncriteria" -> SQL
+  CriteriaCache criteria_;  // "table\ncriteria" -> SQL
   uint64_t dataVersion_ = 0;
   std::vector<std::weak_ptr<RecordsetCore>> recordsets_;
 };
