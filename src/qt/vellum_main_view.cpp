@@ -159,10 +159,18 @@ QWidget* VellumMainView::BuildLogPage(QWidget* page) {
   QHBoxLayout* foot = Row(layout);
   auto* sort = WidgetAs<QGroupBox>(main_.SortFrame, page);
   sort->setMinimumWidth(120);
+  auto* sortLayout = new QHBoxLayout(sort);
+  for (ui::OptionButton* b :
+       {&main_.SortCallButton, &main_.SortUTCButton, &main_.SortAdvancedButton})
+    sortLayout->addWidget(Widget(*b, sort));
   foot->addWidget(sort);
   auto* filter = WidgetAs<QGroupBox>(main_.FilterFrame, page);
   auto* filterLayout = new QHBoxLayout(filter);
-  filterLayout->addWidget(Widget(main_.FilterField, filter));
+  filterLayout->addWidget(Widget(main_.FilterField, filter), 1);
+  for (ui::CommandButton* b : {&main_.FilterCallCmd, &main_.FilterDXCCCmd, &main_.FilterDateCmd,
+                               &main_.FilterBrokenCmd, &main_.FilterClearCmd,
+                               &main_.AdvancedFilterCmd})
+    filterLayout->addWidget(Widget(*b, filter));
   foot->addWidget(filter, 1);
   for (ui::CommandButton* move :
        {&main_.LogFirstCmd, &main_.LogPrevCmd, &main_.LogNextCmd, &main_.LogLastCmd}) {
