@@ -366,6 +366,37 @@ TEST_F(LogFilters, ACallsignWithAnApostropheMakesTheLocatorFailSilently) {
   EXPECT_EQ(FilterCaption(), "Filter: Call=K1*");
 }
 
+TEST_F(LogFilters, TheHourglassShowsAndTheFormIsBusyWhileAFilterRuns) {
+  bool busy = false;
+  int pointer = -1;
+  h.desktop.ExpectMsgBox("Invalid Filter expression").Then([&] {
+    busy = main().CommandBusy;
+    pointer = main().MousePointer();
+  });
+  FilterBy(main().FilterCallCmd, "O'K");
+  EXPECT_TRUE(busy);
+  EXPECT_EQ(pointer, ui::vbHourglass);
+  EXPECT_FALSE(main().CommandBusy);
+  EXPECT_EQ(main().MousePointer(), ui::vbDefault);
+}
+
+TEST_F(LogFilters, AnEmptyQSOInHandIsGivenItsStartTime) {
+  app->module.QSOStartTime = 0;
+  main().Fieldbox(19).SetText("");
+  h.clock.AdvanceMs(60000);
+  FilterBy(main().FilterCallCmd, "K1*");
+  EXPECT_DOUBLE_EQ(app->module.QSOStartTime, h.app->common.utc().CurrentTime());
+  // The QSO found again is given up: the display stands on the newest of the two.
+  EXPECT_EQ(Current(), "K1XYZ");
+}
+
+TEST_F(LogFilters, SortLogOrdersWithoutPositioning) {
+  FilterBy(main().FilterCallCmd, "K*");
+  app->module.SortLog("Call DESC");
+  EXPECT_EQ(Shown(), (V{"K2AA", "K1XYZ", "K1ABC"}));
+  EXPECT_EQ(Filter(), "Call LIKE 'K*'");
+}
+
 TEST_F(LogFilters, RefreshAppliesTheFilterInForceAgain) {
   FilterBy(main().FilterCallCmd, "K1*");
   main().SortCallButton.UserSelect();

@@ -82,6 +82,16 @@ class FiltersViewTest : public test::QtProgramTest {
     return model->index(row, 0).data().toString().toStdString();
   }
   std::string FilterCaption() { return Main<QGroupBox>("FilterFrame")->title().toStdString(); }
+  // The field name typed into the box of names, as the operator may instead of picking it.
+  void ChooseName(QComboBox* names, const char* name) {
+    QLineEdit* edit = names->lineEdit();
+    ASSERT_NE(edit, nullptr);
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Delete);
+    QTest::keyClicks(edit, QString::fromUtf8(name));
+    ASSERT_EQ(app_->advancedFilter.FieldNameCombo.Text(), name);
+  }
   void TypeFilter(const char* text) {
     QLineEdit* box = Main<QLineEdit>("FilterField");
     box->setFocus();
@@ -114,8 +124,8 @@ TEST_F(FiltersViewTest, TheOperatorFiltersAndSortsWithTheMouseAndTheKeys) {
   EXPECT_EQ(FilterCaption(), "Filter: Call=G*");
 
   // Two band boxes and their Filter button.
-  QTest::mouseClick(Adv<QCheckBox>("BandCheck(5)"), Qt::LeftButton);  // 20M
-  QTest::mouseClick(Adv<QCheckBox>("BandCheck(2)"), Qt::LeftButton);  // 80M
+  Adv<QCheckBox>("BandCheck(5)")->click();  // 20M
+  Adv<QCheckBox>("BandCheck(2)")->click();  // 80M
   QTest::mouseClick(Adv<QPushButton>("BandFilterCmd"), Qt::LeftButton);
   EXPECT_EQ(FilterCaption(), "Filter: 80M, 20M");
   EXPECT_EQ(GridRows(), 3);
@@ -125,8 +135,9 @@ TEST_F(FiltersViewTest, TheOperatorFiltersAndSortsWithTheMouseAndTheKeys) {
   query->setFocus();
   QTest::keyClicks(query, QStringLiteral("Call LIKE 'K*' AND "));
   QComboBox* names = Adv<QComboBox>("FieldNameCombo");
-  names->setCurrentIndex(names->findText(QStringLiteral("Mode")));
+  ChooseName(names, "Mode");
   QTest::mouseDClick(query, Qt::LeftButton);
+  QTest::keyClick(query, Qt::Key_End);  // the double click selected a word
   QTest::keyClicks(query, QStringLiteral(" = 'CW'"));
   EXPECT_EQ(query->text().toStdString(), "Call LIKE 'K*' AND Mode = 'CW'");
   QTest::mouseClick(Adv<QPushButton>("SQLFilterCmd(0)"), Qt::LeftButton);
@@ -134,13 +145,13 @@ TEST_F(FiltersViewTest, TheOperatorFiltersAndSortsWithTheMouseAndTheKeys) {
   EXPECT_EQ(GridRows(), 2);
 
   // A sort composed by double clicks: Call descending, then selected and applied.
-  names->setCurrentIndex(names->findText(QStringLiteral("Call")));
+  ChooseName(names, "Call");
   QTest::mouseDClick(Adv<QLineEdit>("SortField(0)"), Qt::LeftButton);
-  QTest::mouseClick(Adv<QRadioButton>("SortDescendingButton(0)"), Qt::LeftButton);
+  Adv<QRadioButton>("SortDescendingButton(0)")->click();
   QTest::mouseDClick(Adv<QLineEdit>("AdvancedSort(1)"), Qt::LeftButton);
   EXPECT_EQ(Adv<QLineEdit>("AdvancedSort(1)")->text().toStdString(), "Call DESC");
-  QTest::mouseClick(Adv<QRadioButton>("AdvancedSortSelect(1)"), Qt::LeftButton);
-  QTest::mouseClick(Main<QRadioButton>("SortAdvancedButton"), Qt::LeftButton);
+  Adv<QRadioButton>("AdvancedSortSelect(1)")->click();
+  Main<QRadioButton>("SortAdvancedButton")->click();
   EXPECT_EQ(GridRows(), 2);
   EXPECT_EQ(GridCall(0), "K2AA");
   EXPECT_EQ(GridCall(1), "K1ABC");
@@ -160,9 +171,9 @@ TEST_F(FiltersViewTest, TheOperatorFiltersAndSortsWithTheMouseAndTheKeys) {
 TEST_F(FiltersViewTest, AFailedSortLeavesTheGridEmptyAndTheUTCSortBringsItBack) {
   app_->advancedFilter.AdvancedSort(0).SetText("Nonesuch");
   app_->advancedFilter.AdvancedSortSelect(0).SetValue(true);
-  QTest::mouseClick(Main<QRadioButton>("SortAdvancedButton"), Qt::LeftButton);
+  Main<QRadioButton>("SortAdvancedButton")->click();
   EXPECT_EQ(GridRows(), 0);
-  QTest::mouseClick(Main<QRadioButton>("SortUTCButton"), Qt::LeftButton);
+  Main<QRadioButton>("SortUTCButton")->click();
   EXPECT_EQ(GridRows(), 5);
   EXPECT_EQ(GridCall(4), "VP2EAA");
 }
