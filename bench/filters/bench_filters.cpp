@@ -118,12 +118,12 @@ int main() {
   clickFilter("date_within", [&] {
     window.DateFilterKind(0).SetValue(true);
     window.DateFilterTolerance.SetText("1440");
-    main.FilterField.SetText("2010-06-01 12:00");
+    main.FilterField.SetText("2006-06-01 12:00");
   }, main.FilterDateCmd);
   clickFilter("date_to_bound", [&] {
     window.DateFilterKind(1).SetValue(true);
-    window.DateFilterUpperBound.SetText("01-Jun-2010 12:00:00");
-    main.FilterField.SetText("2008-01-01 00:00");
+    window.DateFilterUpperBound.SetText("01-Jan-2007 00:00:00");
+    main.FilterField.SetText("2006-01-01 00:00");
   }, main.FilterDateCmd);
   clickFilter("broken_no_qths", [] {}, main.FilterBrokenCmd);
   {
@@ -149,7 +149,7 @@ int main() {
   const char* queries[] = {
       "Band = '20M' AND Mode = 'CW'",
       "Call LIKE 'K#A1*' OR DXCCPrefix IN ('JA', 'VK')",
-      "QSO_Begin BETWEEN #2007-01-01# AND #2008-12-31 23:59# AND QSLSdate IS NULL",
+      "QSO_Begin BETWEEN #2006-01-01# AND #2006-12-31 23:59# AND QSLSdate IS NULL",
       "NOT (Band IS NULL) AND (Mode <> 'SSB') AND Call LIKE '*A99'",
   };
   for (int i = 0; i < 4; ++i) {
