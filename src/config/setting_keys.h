@@ -96,6 +96,16 @@ inline constexpr IndexedSettingKey kLogGridFieldOrder{kLogGridSection, "FieldOrd
 inline constexpr IndexedSettingKey kLogGridColumnWidth{kLogGridSection, "LogColumnWidth"};
 inline constexpr IndexedSettingKey kLogLayoutColumnWidth{kLogGridSection, "LogLayoutColumnWidth"};
 
+// The Log Page Display's filters and sorts: the advanced window's four SQL queries and four
+// composed sorts with the one selected, and the date filter's range.
+inline constexpr const char* kSQLFiltersSection = "SQLFilters";
+inline constexpr IndexedSettingKey kSQLQuery{kSQLFiltersSection, "SQLQuery"};
+inline constexpr IndexedSettingKey kSQLSort{kSQLFiltersSection, "SQLSort"};
+inline constexpr SettingKey kSQLSortIndex{kSQLFiltersSection, "SQLSortIndex"};
+inline constexpr SettingKey kDateFilterTolerance{kConfigurationSection, "DateFilterTolerance"};
+inline constexpr SettingKey kDateFilterUpperBound{kConfigurationSection, "DateFilterUpperBound"};
+inline constexpr SettingKey kDateFilterKind{kConfigurationSection, "DateFilterKind"};
+
 // A window's placement: its form name followed by one of the words.
 struct WindowWords {
   const char *left, *top, *width, *height;

@@ -7,6 +7,8 @@ namespace vellumar {
 LogPage::LogPage(LogPageServices services)
     : LogPageServices(std::move(services)), config(setup().Options()), module(*this), main(*this) {
   setup().SetObserver(this);
+  // The advanced window is built after the main window, whose commands its buttons run.
+  main.WireAdvancedFilter();
 }
 
 LogPage::~LogPage() { setup().SetObserver(nullptr); }

@@ -12,6 +12,7 @@
 #include "config/vellum_setup.h"
 #include "frame/common.h"
 #include "frame/settings_store.h"
+#include "interop/trailmark_queries.h"
 #include "logpage/side_forms.h"
 #include "logpage/vellum_main.h"
 #include "logpage/vellum_module.h"
@@ -56,6 +57,7 @@ class LogPage final : public LogPageServices, public ConfigObserver {
   CardPage cardPage;
   AdvancedFilter advancedFilter;
   AddressEditor addressEditor;
+  interop::TrailmarkQueries trailmark;  // questions for the QSL route program
 
   // The configuration window itself, for its load and unload, its pages and its layout table.
   VellumSetup& setup() { return LogPageServices::setup; }

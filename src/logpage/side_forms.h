@@ -1,6 +1,7 @@
 #pragma once
 // The forms the main window loads at start-up beside itself. They hold what their load and
 // unload need; their pages grow with the features they serve.
+#include "logpage/advanced_filter.h"
 #include "platform/ui/controls.h"
 #include "platform/ui/form.h"
 
@@ -11,14 +12,6 @@ class Capture : public ui::Form {
  public:
   Capture() : ui::Form("Capture") { SetCaption("Vellumar QSO Capture"); }
   ui::ComboBox DXCC{"DXCC"};  // the DXCC prefix list, filled with the main window's
-};
-
-// The window of composed sorts, band and mode filters and SQL filters. The operator's close
-// hides it; it is unloaded with the program.
-class AdvancedFilter : public ui::Form {
- public:
-  AdvancedFilter();
-  ui::ComboBox FieldNameCombo{"FieldNameCombo"};  // the log's column names
 };
 
 // The QSL card page: where cards are composed before printing.

@@ -62,6 +62,7 @@ VellumMain::VellumMain(LogPage& page)
   WireControls();
   WireAdif();
   WireFields();
+  WireFilters();
 }
 
 void VellumMain::WireControls() {
@@ -411,8 +412,7 @@ void VellumMain::SelectTab(int index) {
                                  "the log is currently filtered; do you wish this filter "
                                  "removed so that all QSOs are available for ") +
                              purpose + "?";
-    // FilterClear arrives with the log filters; until then a log is never filtered.
-    page_.desktop.MsgBox(text, ui::vbYesNo, kApplicationTitle);
+    if (page_.desktop.MsgBox(text, ui::vbYesNo, kApplicationTitle) == ui::vbYes) FilterClear();
   };
   switch (index) {
     case 0:

@@ -57,6 +57,14 @@ class VellumMain : public ui::Form {
       ReportLogCmd{"ReportLogCmd"}, CaptureCmd{"CaptureCmd"}, ConfigLogCmd{"ConfigLogCmd"},
       HelpLogCmd{"HelpLogCmd"}, StopAddCmd{"StopAddCmd"};
 
+  // The Log page's filter and sort commands (vellum_main_filters.cpp).
+  ui::CommandButton FilterCallCmd{"FilterCallCmd"}, FilterDXCCCmd{"FilterDXCCCmd"},
+      FilterDateCmd{"FilterDateCmd"}, FilterBrokenCmd{"FilterBrokenCmd"},
+      FilterClearCmd{"FilterClearCmd"}, AdvancedFilterCmd{"AdvancedFilterCmd"};
+  ui::OptionButton SortCallButton{"SortCallButton"}, SortUTCButton{"SortUTCButton"},
+      SortAdvancedButton{"SortAdvancedButton"};
+  ui::OptionGroup SortKind;
+
   // The QSL page.
   ui::DataControl QSLPosition{"QSLPosition"};
   ui::Grid QSLGrid{"QSLGrid"};
@@ -161,6 +169,35 @@ class VellumMain : public ui::Form {
   void SetFieldEnable(bool enable);
   bool FieldsEnabled() const { return fieldsEnabled_; }
 
+  // The filters and sorts of the Log Page Display (vellum_main_filters.cpp). LastFilterKind
+  // is the filter the page's own buttons put in force: 0 none (or a band, mode or SQL filter),
+  // 1 call, 2 date, 3 DXCC, 4 broken; Enter in FilterField repeats kinds 1 to 3.
+  int16_t LastFilterKind = 0;
+  int16_t LastFilterMouseButton = 0;  // the button of the last MouseDown on FilterDateCmd
+  bool LogFiltered() const { return LastFilterKind != 0; }
+  void FilterCall();
+  void FilterBand();
+  void FilterMode();
+  void FilterSQL(int index);
+  void FilterClear();
+  void FilterCallCmd_Click();
+  void FilterDXCCCmd_Click();
+  void FilterDateCmd_Click();
+  void FilterBrokenCmd_Click();
+  void FilterClearCmd_Click();
+  void FilterBandCmd_Click();
+  void FilterModeCmd_Click();
+  void FilterSQLCmd_Click(int index);
+  void FilterField_KeyPress(int& keyAscii);
+  void AdvancedFilterCmd_Click();
+  void SortCallButton_Click();
+  void SortUTCButton_Click();
+  void SortAdvancedButton_Click();
+  void AdvancedFilter_Load();
+  void AdvancedFilter_Unload();
+  // Wires the advanced window's events to these commands, once the window exists.
+  void WireAdvancedFilter();
+
   // The Import and Export tabs (vellum_main_adif.cpp).
   void ImportCmd_Click();
   void ExportCmd_Click();
@@ -223,6 +260,10 @@ class VellumMain : public ui::Form {
   // The command buttons' captions and tool tips, from their table.
   void ApplyCommandTexts();
   void WireFields();
+  void WireFilters();
+  void TidyAfterFilter();
+  bool ClearedForEmptyPattern();
+
   // Captions, tool tips, option groups and events of the Import and Export tabs.
   void WireAdif();
   void FinishImport();

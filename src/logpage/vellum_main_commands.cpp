@@ -15,7 +15,7 @@ struct CommandText {
 
 constexpr const char* kHelpTip = "show the help page of this tab";
 
-const std::array<CommandText, 32> kCommandTexts = {{
+const std::array<CommandText, 38> kCommandTexts = {{
     // The Log page: the QSO in hand.
     {&VellumMain::NewCmd, "&New", "save the QSO in hand and begin a new one (Ctrl+N)"},
     {&VellumMain::SaveCmd, "&Save",
@@ -40,6 +40,18 @@ const std::array<CommandText, 32> kCommandTexts = {{
     {&VellumMain::ConfigLogCmd, "Config", "show the Log page of the Configuration window"},
     {&VellumMain::StopAddCmd, "Stop", "stop adding QSOs to the QSL queue"},
     {&VellumMain::HelpLogCmd, "Help", kHelpTip},
+    // The Log page: its filters, by the text of FilterField or by the advanced window.
+    {&VellumMain::FilterCallCmd, "Call",
+     "display only QSOs whose callsign matches the filter text (wildcards * ? # [..])"},
+    {&VellumMain::FilterDXCCCmd, "DXCC",
+     "display only QSOs whose DXCC prefix matches the filter text"},
+    {&VellumMain::FilterDateCmd, "UTC",
+     "display only QSOs begun within the UTC filter range of the filter date and time; "
+     "right-click to set the range"},
+    {&VellumMain::FilterBrokenCmd, "Broken", "display only QSOs marked as \"broken\""},
+    {&VellumMain::FilterClearCmd, "Clear", "display all QSOs"},
+    {&VellumMain::AdvancedFilterCmd, "Advanced",
+     "display the Advanced Log Sorts and Filters window"},
     // The other tabs.
     {&VellumMain::GenerateRequestedCmd, "Add Requested",
      "add to the print queue all QSOs whose QSL sent status is \"requested\""},

@@ -173,8 +173,8 @@ void VellumMain::NewCmd_Click() {
         rs.CancelUpdate();
       }
     }
-    // A filtered display would not show the new row. Filters come with the filter commands;
-    // until then a display is never filtered.
+    // A filtered display would not show the new row.
+    if (page_.module.LogFiltered()) FilterClear();
     BeginNewRow(true);
     UpdateCaption();
     FocusCallsign();
@@ -222,6 +222,7 @@ void VellumMain::RevertCmd_click() {
 
 void VellumMain::DeleteCmd_click() {
   VellumModule& module = page_.module;
+  bool reopened = false;  // the last QSO of the display went, and the log was opened again
   RunCommand("DeleteCmd_click", [&] {
     db::Recordset& rs = Log();
     if (DeleteButton == ui::vbRightButton) {
@@ -266,6 +267,7 @@ void VellumMain::DeleteCmd_click() {
     if (CountRows(rs) == 0) {
       module.CloseLog();
       module.OpenLog(page_.config.LogPathname(), false);
+      reopened = true;
     } else {
       LogPosition.RowsChanged();
       if (wasFirst) {
@@ -280,9 +282,24 @@ void VellumMain::DeleteCmd_click() {
     ClearFieldErrors();
     module.SetModified(false);
     module.EnableLogActions(true);
-    // A reopened log would lose the display's filter; the filter commands that restore it come
-    // with the log filters.
   });
+  // A reopened log has lost the display's filter: the page's own filter is applied again
+  // through its command, once this one is no longer busy.
+  if (reopened && LogFiltered()) {
+    switch (LastFilterKind) {
+      case 1:
+        FilterCallCmd_Click();
+        break;
+      case 2:
+        FilterDateCmd_Click();
+        break;
+      case 3:
+        FilterDXCCCmd_Click();
+        break;
+      default:
+        break;
+    }
+  }
   UpdateCaption();
 }
 

@@ -348,10 +348,11 @@ void VellumMain::fieldbox_DblClick(int index) {
     case field::Call: {
       const std::string call = Fieldbox(field::Call).Text();
       if (call.empty()) return;
-      // The display narrows to the station's QSOs once the log filters exist; the lookup
-      // follows the callsign meanwhile.
+      // The display narrows to the station's QSOs, and the siblings look the station up.
       FilterField.SetText(call);
+      FilterCallCmd_Click();
       page_.dxcc.Lookup(call);
+      page_.trailmark.GetQSLInfo(call);
       return;
     }
     default:

@@ -93,6 +93,8 @@ void VellumModule::Initialize() {
   page_.dxcc.SetSuppressLookup(false);
   InteropCaption.clear();
   page_.common.localeInfo().Initialize();
+  InitializeBandModeFilters();
+  InitializeSQLFilters();
 }
 
 void VellumModule::Terminate() {

@@ -12,6 +12,7 @@
 #include <string>
 
 #include "logstore/field_table.h"
+#include "logview/filter_strings.h"
 #include "platform/db/database.h"
 
 namespace vellumar {
@@ -74,6 +75,28 @@ class VellumModule {
   db::Recordset LogRecordset;       // table QSOs as a dynaset; Filter and Sort are set on it
   db::Recordset LogView;            // the sorted, filtered view shown by LogPosition
   db::Recordset QTHRecordset;       // table QTHs, shown by QTHPosition
+
+  // ---- Filters and sorts of the Log Page Display (vellum_module_filters.cpp) ----
+  // FilterDisplay sets the filter, opens a fresh view and positions it; a string that fails to
+  // open shows all QSOs and the caption becomes "None". Both arguments are the caller's.
+  void FilterDisplay(std::string& filter, std::string& caption);
+  void FilterDisplay(const logview::FilterText& text);
+  void FilterCall(const std::string& pattern);
+  void FilterDXCCPrefix(const std::string& pattern);
+  void FilterDate(const std::string& dateText);
+  void FilterBroken();
+  void FilterBand();
+  void FilterMode();
+  void FilterSQL(int index);
+  void SortDisplay(const std::string& sort);
+  void SortLog(const std::string& sort);  // without positioning, for the reports
+  void UpdateAdvancedSort(int index);
+  void UpdateAdvancedSortIndex(int index);
+  std::string GetCurrentAdvancedSort() const;
+  void InitializeBandModeFilters();
+  void InitializeSQLFilters();
+  void SaveSQLFilter(int index);
+  int16_t CurrentAdvancedSort = 0;  // the selected composed sort, 0..3
 
   // ---- The Log Page Display's layout (vellum_module_layout.cpp) ----
   // The layout table is the array of VellumSetup's LogLayout grid: one row per column of

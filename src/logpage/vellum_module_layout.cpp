@@ -264,10 +264,11 @@ void VellumModule::FormatLogGrid() {
 
 void VellumModule::RefreshLogGrid() {
   WithFailureTail(page_.common.errorLog(), "VellumModule.RefreshLogGrid", [&] {
-    // The rows may have changed under the view (a walk that wrote to the log): the views read
-    // them again, and the layout is applied afresh.
-    page_.main.LogPosition.RowsChanged();
-    FormatLogGrid();
+    // The rows may have changed under the view (a walk that wrote to the log): the filter in
+    // force is applied again, which opens a fresh view and formats the grid.
+    std::string filter = LogRecordset.Filter();
+    std::string caption = page_.main.FilterFrame.Caption();
+    FilterDisplay(filter, caption);
   });
 }
 

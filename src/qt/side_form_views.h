@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "logpage/side_forms.h"
+#include "qt/advanced_filter_view.h"
 #include "qt/form_view.h"
 
 namespace vellumar::qt {
@@ -18,11 +19,6 @@ class ListedFormView : public FormView {
 class CaptureView : public ListedFormView {
  public:
   explicit CaptureView(Capture& form) : ListedFormView(form, {&form.DXCC}) {}
-};
-
-class AdvancedFilterView : public ListedFormView {
- public:
-  explicit AdvancedFilterView(AdvancedFilter& form) : ListedFormView(form) {}
 };
 
 class CardPageView : public ListedFormView {

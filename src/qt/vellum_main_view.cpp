@@ -5,6 +5,7 @@
 #include <QDropEvent>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QPushButton>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -158,11 +159,24 @@ QWidget* VellumMainView::BuildLogPage(QWidget* page) {
 
   QHBoxLayout* foot = Row(layout);
   auto* sort = WidgetAs<QGroupBox>(main_.SortFrame, page);
-  sort->setMinimumWidth(120);
+  auto* sortLayout = new QHBoxLayout(sort);
+  for (ui::OptionButton* b :
+       {&main_.SortCallButton, &main_.SortUTCButton, &main_.SortAdvancedButton})
+    sortLayout->addWidget(Widget(*b, sort));
   foot->addWidget(sort);
   auto* filter = WidgetAs<QGroupBox>(main_.FilterFrame, page);
   auto* filterLayout = new QHBoxLayout(filter);
-  filterLayout->addWidget(Widget(main_.FilterField, filter));
+  QWidget* filterField = Widget(main_.FilterField, filter);
+  filterField->setMinimumWidth(110);  // room for a callsign or a date and time
+  filterLayout->addWidget(filterField, 1);
+  for (ui::CommandButton* b : {&main_.FilterCallCmd, &main_.FilterDXCCCmd, &main_.FilterDateCmd,
+                               &main_.FilterBrokenCmd, &main_.FilterClearCmd,
+                               &main_.AdvancedFilterCmd}) {
+    // As narrow as their captions: the row holds the moves and the panel switches too.
+    auto* button = WidgetAs<QPushButton>(*b, filter);
+    button->setMaximumWidth(button->fontMetrics().horizontalAdvance(button->text()) + 20);
+    filterLayout->addWidget(button);
+  }
   foot->addWidget(filter, 1);
   for (ui::CommandButton* move :
        {&main_.LogFirstCmd, &main_.LogPrevCmd, &main_.LogNextCmd, &main_.LogLastCmd}) {
