@@ -274,14 +274,14 @@ void VellumMain::ImportCmd_Click() {
 }
 
 void VellumMain::FinishImport() {
-  // The Log Page's data source is read again and stands on its first row; the grid shows
-  // what the import added, and the Progress tab what it counted.
+  // The Log Page's data source is read again and shown in the order the sort buttons choose:
+  // by call, or by start time on the newest QSO; the Progress tab shows what it counted.
   Log().Requery();
-  if (LogHasRows()) LogPosition.MoveFirst();
-  page_.module.RefreshLogGrid();
-  ProgressPosition.RowsChanged();
   if (LogHasRows()) SetFieldEnable(true);
   UpdateCaption();
+  page_.module.FormatLogGrid();
+  page_.module.SortDisplay(SortCallButton.Value() ? "Call" : "QSO_Begin");
+  ProgressPosition.RowsChanged();
 }
 
 void VellumMain::ExportCmd_Click() {

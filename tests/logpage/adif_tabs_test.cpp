@@ -101,6 +101,22 @@ TEST_F(AdifTabsTest, StartImportsTheChosenFileAndFillsTheTab) {
   EXPECT_EQ(RowsInFile(), before + 2);
 }
 
+// After an import the display is sorted as the sort buttons say: by start time standing on the
+// newest QSO, or by call standing on the first.
+TEST_F(AdifTabsTest, TheDisplayFollowsTheSortButtonsAfterAnImport) {
+  auto firstCall = [this] {
+    log().MoveFirst();
+    return log().Fields("Call").Value().ToStringOrEmpty();
+  };
+  ImportFourRecords();
+  EXPECT_EQ(box(1).Text(), "G3ABC");  // 2 March 13:00, the newest
+  EXPECT_EQ(firstCall(), "K1XYZ");    // 1 March
+  main().SortCallButton.UserSelect();
+  ImportFourRecords();
+  EXPECT_EQ(box(1).Text(), "G3ABC");  // first in call order
+  EXPECT_EQ(firstCall(), "G3ABC");
+}
+
 TEST_F(AdifTabsTest, ACancelledDialogImportsNothing) {
   const long before = RowsInFile();
   h.desktop.ExpectOpenFileCancel();
