@@ -62,6 +62,7 @@ VellumMain::VellumMain(LogPage& page)
   WireControls();
   WireAdif();
   WireFields();
+  WireProgress();
 }
 
 void VellumMain::WireControls() {
@@ -387,6 +388,7 @@ void VellumMain::VellumMain_Unload(int& cancel) {
   page_.qslQueue.CloseQSLQueue(QSLPosition);
   ignoring([&] { page_.addressEditor.Unload(); });
   ignoring([&] { page_.setup().Unload(ui::vbFormCode); });
+  ignoring([&] { page_.dxccSummary.Unload(); });
   ignoring([&] { page_.cardPage.Unload(); });
   ignoring([&] { page_.capture.Unload(); });
   ignoring([&] { page_.advancedFilter.Unload(); });

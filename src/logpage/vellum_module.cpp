@@ -86,13 +86,17 @@ void VellumModule::Initialize() {
   InitializeCombos();
   InitializeFields();
   page_.dxcc.OpenDXCCDatabase();
-  ComboList panel(main.Fieldcombo(field::DXCCPrefix));
-  ComboList capture(page_.capture.DXCC);
-  page_.dxcc.InitializeDXCCCombo({&panel, &capture});
+  InitializeDXCCCombos();
   page_.common.errorLog().SetErrorLogPresent(false);
   page_.dxcc.SetSuppressLookup(false);
   InteropCaption.clear();
   page_.common.localeInfo().Initialize();
+}
+
+void VellumModule::InitializeDXCCCombos() {
+  ComboList panel(page_.main.Fieldcombo(field::DXCCPrefix));
+  ComboList capture(page_.capture.DXCC);
+  page_.dxcc.InitializeDXCCCombo({&panel, &capture});
 }
 
 void VellumModule::Terminate() {
@@ -240,9 +244,12 @@ void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {
 
     state = 18;
     main.UpdateCaption();
+    FormatProgressGrid();
     EnableLogActions(true);
 
-    state = 19;  // siblings hear of the new log once links exist
+    state = 19;
+    NotifySibling(SiblingNotice::kAtlasineNewLog, pathname);
+    NotifySibling(SiblingNotice::kClustrineNewLog, pathname);
 
     state = 20;
     if (page_.setup().Loaded()) page_.setup().SaveLogPathname();
