@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "adif/write_batch.h"
 #include "config/vellum_setup.h"
 #include "frame/version.h"
 #include "logpage/log_page.h"
@@ -267,6 +268,8 @@ bool VellumModule::AddMissingFieldDefinitions() {
 void VellumModule::CloseLog() {
   VellumMain& main = page_.main;
   if (LogIsOpen) {
+    // A recompute's writes so far stay in the file: its open group is committed first.
+    if (RecomputeBatch) IgnoringErrors([&] { RecomputeBatch->Commit(); });
     IgnoringErrors([&] { SaveLogOrder(); });
     IgnoringErrors([&] { SavePrevFieldValues(); });
     IgnoringErrors([&] { main.SetFieldEnable(false); });

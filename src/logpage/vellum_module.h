@@ -18,6 +18,9 @@
 namespace vellumar {
 
 class LogPage;
+namespace adif {
+class WriteBatch;
+}
 
 class VellumModule {
  public:
@@ -125,6 +128,8 @@ class VellumModule {
   enum class SiblingNotice { kAtlasineNewLog, kClustrineNewLog, kAtlasineUpdateProgress };
   void NotifySibling(SiblingNotice notice, const std::string& text);
   std::function<void(SiblingNotice notice, const std::string& text)> OnSiblingNotice;
+  // The recompute's open group of writes, which CloseLog commits before the file closes.
+  adif::WriteBatch* RecomputeBatch = nullptr;
 
  private:
   bool AddMissingFieldDefinitions();

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string>
 
+#include "adif/write_batch.h"
 #include "awards/progress_columns.h"
 #include "awards/progress_init.h"
 #include "awards/recompute.h"
@@ -101,6 +102,7 @@ void VellumModule::RecomputeProgress() {
   // The walk leaves at its next yield once the program has ended or the log was closed
   // meanwhile (the configuration window's unload closes it): their recordsets are gone then.
   const auto ended = [this] { return page_.ProcessEnding() || !LogIsOpen; };
+  adif::WriteBatch batch;
   try {
     // 1
     RecomputeRunning = true;
@@ -134,19 +136,32 @@ void VellumModule::RecomputeProgress() {
     InitializeDXCCCombos();
     FormatProgressGrid();
 
-    // 6: the Log Page Display's recordset, so a filter in force limits the walk.
-    long counter = 0;
+    // 6: the Log Page Display's recordset, so a filter in force limits the walk. Its writes go
+    // to the file in groups, never splitting one QSO's; what another event writes during a
+    // yield (a QSO saved meanwhile) is committed as soon as the yield returns.
     if (HasRows(log)) {
       logPosition.MoveFirst();
+      batch.Start(LogDatabase);
+      RecomputeBatch = &batch;
       RecomputeWalkHooks hooks;
+      hooks.beforeQSO = [&] { batch.BeforeRecord(); };
       hooks.afterQSO = [&](long counted) {
-        counter = counted;
-        bar.SetValue(static_cast<double>(counter));
+        batch.AfterRecord(true);
+        bar.SetValue(static_cast<double>(counted));
+        const long long written = LogDatabase.TotalChanges();
         page_.loop.Yield();
-        return !ended();
+        if (ended()) return false;
+        if (LogDatabase.TotalChanges() != written) batch.Commit();
+        return true;
       };
       CountEveryQSO(log, ProgressView, hooks, report);
-      if (ended()) return;
+      if (ended()) {
+        if (LogIsOpen) batch.Commit();
+        RecomputeBatch = nullptr;
+        return;
+      }
+      batch.Commit();
+      RecomputeBatch = nullptr;
     }
 
     // 7
@@ -168,9 +183,19 @@ void VellumModule::RecomputeProgress() {
     // 11
     RecomputeRunning = false;
   } catch (const ProgramTermination&) {
+    RecomputeBatch = nullptr;
     throw;
   } catch (const vb::VbError& e) {
-    // RecomputeRunning and the hourglass stay set: only the normal path resets them.
+    // What was written stays; RecomputeRunning and the hourglass stay set: only the normal path
+    // resets them.
+    RecomputeBatch = nullptr;
+    if (batch.Open() && LogIsOpen) {
+      try {
+        batch.Commit();
+      } catch (const vb::VbError&) {
+        batch.Abandon();
+      }
+    }
     page_.common.ReportError(e.number(), "VellumModule.RecomputeProgress");
   }
 }

@@ -325,6 +325,33 @@ TEST_F(RecomputeTest, ClosingTheWindowDuringTheWalkEndsItAndKeepsWhatWasCounted)
   file.Close();
 }
 
+TEST_F(RecomputeTest, AWriteOfAnotherEventDuringTheWalkReachesTheFileAtOnce) {
+  for (const char* call : {"K2AA", "K3BB", "G4CC"}) LogQSO(call);
+  // Another reader of the file sees only what is committed.
+  db::Database other = db::DBEngine::Workspaces(0).OpenDatabase(h.LogPath("K1ABC.vdb"));
+  auto seenByOther = [&](const std::string& call) {
+    db::Recordset rs = other.OpenRecordset("QSOs", db::dbOpenDynaset);
+    rs.FindFirst("Call = '" + call + "'");
+    return !rs.NoMatch();
+  };
+  bool seenAfterYield = false;
+  std::function<void()> writeAfterFirst = [&] {
+    if (main().RecomputeProgress.Value() < 1) return h.loop.Post(writeAfterFirst);
+    // An event of the yield writes a row, as a save does.
+    db::Recordset rs = module().LogDatabase.OpenRecordset("QSOs", db::dbOpenDynaset);
+    rs.AddNew();
+    rs.Fields("Call").SetValue(vb::Variant("N0NEW"));
+    rs.Update();
+    h.loop.Post([&] { seenAfterYield = seenByOther("N0NEW"); });
+  };
+  h.desktop.ExpectMsgBox(kQuestion, ui::vbYes).Then([&] { h.loop.Post(writeAfterFirst); });
+  main().ReComputeCmd.UserClick();
+  EXPECT_TRUE(seenAfterYield);
+  EXPECT_FALSE(module().RecomputeRunning);
+  EXPECT_EQ(main().RecomputeProgress.Value(), 3);  // the walk went on to its end
+  other.Close();
+}
+
 TEST_F(RecomputeTest, AShutdownAskedForDuringTheWalkEndsIt) {
   for (const char* call : {"K2AA", "K3BB", "G4CC"}) LogQSO(call);
   h.desktop.ExpectMsgBox(kQuestion, ui::vbYes).Then([&] {
