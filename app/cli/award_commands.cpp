@@ -55,8 +55,8 @@ struct AwardSession {
       qsos.SetSort("QSO_Begin");
       logView = qsos.OpenRecordset();
     } catch (const vb::VbError& e) {
-      std::fprintf(stderr, "vellumar-cli: unable to open log database %s - %s\n",
-                   pathname.c_str(), e.what());
+      std::fprintf(stderr, "vellumar-cli: unable to open log database %s - %s\n", pathname.c_str(),
+                   e.what());
       return false;
     }
     return true;
@@ -123,8 +123,7 @@ int Recompute(const std::vector<std::string>& args) {
     return 4;
   }
   const double ms =
-      std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started)
-          .count();
+      std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - started).count();
   long broken = 0;
   db::Recordset qsos = session.log.OpenRecordset("QSOs", db::dbOpenDynaset);
   while (!qsos.EOF_()) {

@@ -51,8 +51,7 @@ int main() {
   Application& app = h.Start();
   h.loop.Advance(300);
   const std::string path = app.setup().LogPathname.Text();
-  const std::vector<std::string> codes =
-      bench::CurrentEntityCodes(app.dxcc.GetDXCCRecordset());
+  const std::vector<std::string> codes = bench::CurrentEntityCodes(app.dxcc.GetDXCCRecordset());
   bench::FillProgressLog(app.module.LogDatabase, codes, kLogSize);
   app.module.OpenLog(path, false);
   VellumMain& main = app.main;

@@ -27,8 +27,8 @@ inline std::vector<std::string> CurrentEntityCodes(db::Recordset dxcc) {
 inline void FillProgressLog(db::Database& log, const std::vector<std::string>& codes, int count) {
   static const char* kBands[] = {"160M", "80M", "40M", "30M", "20M", "17M", "15M",
                                  "12M",  "10M", "6M",  "2M",  "60M", "70CM"};
-  static const char* kModes[] = {"SSB", "USB", "LSB", "AM", "FM", "CW", "RTTY", "MFSK",
-                                 "PSK31", "BPSK", "SSTV", "JT65"};
+  static const char* kModes[] = {"SSB",  "USB",  "LSB",   "AM",   "FM",   "CW",
+                                 "RTTY", "MFSK", "PSK31", "BPSK", "SSTV", "JT65"};
   static const char* kQSL[] = {"", "N", "R", "Y", "V", "I", "X", " "};
   std::mt19937 random(11);
   db::Recordset rs = log.OpenRecordset("QSOs", db::dbOpenDynaset);

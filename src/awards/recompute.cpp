@@ -11,8 +11,8 @@ void ClearProgress(db::Recordset& progressView) {
   }
 }
 
-long CountEveryQSO(db::Recordset& log, db::Recordset& progressView,
-                   const RecomputeWalkHooks& hooks, const ProgressErrorReporter& reportError) {
+long CountEveryQSO(db::Recordset& log, db::Recordset& progressView, const RecomputeWalkHooks& hooks,
+                   const ProgressErrorReporter& reportError) {
   long counted = 0;
   if (log.BOF() && log.EOF_()) return 0;
   log.MoveFirst();

@@ -27,7 +27,7 @@ struct RecomputeWalkHooks {
 // the siblings, and returns how many were walked. A QSO that can't be counted is marked BROKEN
 // and the walk goes on; UpdateProgress reports its own failures. An error of the walk itself
 // (a move, a refused commit) goes up to the caller.
-long CountEveryQSO(db::Recordset& log, db::Recordset& progressView,
-                   const RecomputeWalkHooks& hooks, const ProgressErrorReporter& reportError);
+long CountEveryQSO(db::Recordset& log, db::Recordset& progressView, const RecomputeWalkHooks& hooks,
+                   const ProgressErrorReporter& reportError);
 
 }  // namespace vellumar

@@ -6,11 +6,14 @@ namespace vellumar {
 
 namespace {
 
+// clang-format off
 constexpr const char* kRowCaptions[kSummaryRows] = {
-    "",         "HR Mixed ", "HR Phone ", "HR CW ", "HR RTTY ", "Mixed ", "Phone ",
-    "CW ",      "RTTY ",     "PSK ",      "160M ",  "80M ",     "40M ",   "30M ",
-    "20M ",     "17M ",      "15M ",      "12M ",   "10M ",     "6M ",    "2M ",
+    "",
+    "HR Mixed ", "HR Phone ", "HR CW ", "HR RTTY ",
+    "Mixed ", "Phone ", "CW ", "RTTY ", "PSK ",
+    "160M ", "80M ", "40M ", "30M ", "20M ", "17M ", "15M ", "12M ", "10M ", "6M ", "2M ",
     "HF BandCountries ", "HF ModeCountries ", "HF BandModes ", "DXCC Challenge "};
+// clang-format on
 
 bool Has(const std::string& letter) { return !letter.empty(); }
 bool Confirms(const std::string& letter) { return letter == "F" || letter == "V"; }
@@ -45,10 +48,14 @@ std::string SummaryRowCaption(int row) {
 
 std::string SummaryColumnCaption(int column) {
   switch (column) {
-    case kSummaryWorked: return "Worked ";
-    case kSummaryConfirmed: return "Confirmed ";
-    case kSummaryVerified: return "Verified ";
-    default: return "";
+    case kSummaryWorked:
+      return "Worked ";
+    case kSummaryConfirmed:
+      return "Confirmed ";
+    case kSummaryVerified:
+      return "Verified ";
+    default:
+      return "";
   }
 }
 
@@ -58,7 +65,8 @@ long SummaryValue(const std::string& text) {
   bool negative = false;
   if (i < text.size() && (text[i] == '-' || text[i] == '+')) negative = text[i++] == '-';
   long value = 0;
-  for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) value = value * 10 + (text[i] - '0');
+  for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i)
+    value = value * 10 + (text[i] - '0');
   return negative ? -value : value;
 }
 

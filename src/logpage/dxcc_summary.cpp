@@ -1,6 +1,8 @@
 #include "logpage/dxcc_summary.h"
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 #include "config/window_placement.h"
 #include "frame/version.h"
@@ -12,11 +14,10 @@ namespace vellumar {
 
 DXCCSummary::DXCCSummary(LogPage& page) : ui::Form("DXCCSummary"), page_(page) {
   SetBorderStyle(2);
-  Move(0, 0, 6600, 7800);
+  Move(0, 0, 8400, 9600);  // the design size: both grids' four columns in sight
   AwardFrame.SetCaption("Award Program - include deleted countries?");
   ViewUnDeletedButton.SetCaption("TOP (non-deleted only)");
-  ViewUnDeletedButton.SetToolTipText(
-      "click to view results that don't inlclude deleted countries");
+  ViewUnDeletedButton.SetToolTipText("click to view results that don't inlclude deleted countries");
   ViewDeletedButton.SetCaption("DXCC (includes deleted)");
   ViewDeletedButton.SetToolTipText(
       "click to view results that inlclude deleted countries (Honor Roll totals count only "
@@ -30,8 +31,7 @@ DXCCSummary::DXCCSummary(LogPage& page) : ui::Form("DXCCSummary"), page_(page) {
   DisplayProgressCmd.SetToolTipText("Update the above progress summary");
   ReportFrame.SetCaption("Generate Reports");
   ReportSubmissionCmd.SetCaption("Submission");
-  ReportSubmissionCmd.SetToolTipText(
-      "Generate an ARRL DXCC submission in the Reports subfolder");
+  ReportSubmissionCmd.SetToolTipText("Generate an ARRL DXCC submission in the Reports subfolder");
   ReportProgressCmd.SetCaption("Progress");
   ReportProgressCmd.SetToolTipText("Generate a summary progress report in the Reports subfolder");
   for (ui::Grid* grid : {&DeletedGrid, &UnDeletedGrid}) {
@@ -45,8 +45,8 @@ DXCCSummary::DXCCSummary(LogPage& page) : ui::Form("DXCCSummary"), page_(page) {
 
   for (ui::Control* c : std::initializer_list<ui::Control*>{
            &AwardFrame, &ViewUnDeletedButton, &ViewDeletedButton, &SummaryProgress, &SummaryFrame,
-           &DeletedGrid, &UnDeletedGrid, &DisplayProgressCmd, &ReportFrame,
-           &ReportSubmissionCmd, &ReportProgressCmd})
+           &DeletedGrid, &UnDeletedGrid, &DisplayProgressCmd, &ReportFrame, &ReportSubmissionCmd,
+           &ReportProgressCmd})
     Adopt(*c);
 
   Form_Load = [this] { DXCCSummary_Load(); };
@@ -77,9 +77,17 @@ void DXCCSummary::DXCCSummary_Resize() {
   // The frames stand above and below the grids; the grids take the height left between them.
   const int margin = 120, top = 720, foot = 900;
   const int gridHeight = std::max(0, Height() - top - foot - 2 * margin);
+  // The columns as wide as their longest texts in letters "A".
+  const int letter = page_.desktop.TextWidth(Font(), "A");
   for (ui::Grid* grid : {&DeletedGrid, &UnDeletedGrid}) {
     grid->Move(margin, top, std::max(0, Width() - 2 * margin), gridHeight);
-    SetColumnWidths(*grid);
+    std::vector<ui::GridColumn>& columns = grid->Columns();
+    columns.resize(kSummaryColumns);
+    columns[0].Width = static_cast<int>(std::string("HF BandCountries  ").size()) * letter;
+    for (int c = 1; c < kSummaryColumns; ++c)
+      columns[static_cast<size_t>(c)].Width =
+          static_cast<int>(std::string("Confirmed  ").size()) * letter;
+    grid->ColumnsChanged();
   }
 }
 
@@ -121,8 +129,7 @@ void DXCCSummary::InitializeSummaryGrid(ui::Grid& grid) {
 }
 
 void DXCCSummary::IncrementSummary(ui::Grid& grid, int row, int column) {
-  grid.SetArrayCell(row, column,
-                    SummaryText(SummaryValue(grid.ArrayCell(row, column)) + 1));
+  grid.SetArrayCell(row, column, SummaryText(SummaryValue(grid.ArrayCell(row, column)) + 1));
 }
 
 void DXCCSummary::TotalSummaryGrid(ui::Grid& grid) {

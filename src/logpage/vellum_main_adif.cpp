@@ -280,6 +280,7 @@ void VellumMain::FinishImport() {
   if (LogHasRows()) LogPosition.MoveFirst();
   page_.module.RefreshLogGrid();
   ProgressPosition.RowsChanged();
+  page_.module.UpdateAtlasineProgress();  // the map program's entity, as it now stands
   if (LogHasRows()) SetFieldEnable(true);
   UpdateCaption();
 }

@@ -23,21 +23,43 @@ namespace {
 // line the letters up under a right-aligned caption.
 const char* ProgressCaption(int column) {
   switch (column) {
-    case kProgressPhone: return "  PH";
-    case kProgressCW: return "  CW";
-    case kProgressRTTY: return "RTTY";
-    case kProgressPSK: return " PSK";
-    case 12: return " 6M";
-    case 13: return " 2M";
-    default: return nullptr;
+    case kProgressPhone:
+      return "  PH";
+    case kProgressCW:
+      return "  CW";
+    case kProgressRTTY:
+      return "RTTY";
+    case kProgressPSK:
+      return " PSK";
+    case 12:
+      return " 6M";
+    case 13:
+      return " 2M";
+    default:
+      return nullptr;
   }
 }
 
 // The grid's columns in the order shown: the mode columns right behind the prefix, before the
 // bands. CountryCode and Valid keep a place but are hidden.
-constexpr int kProgressDisplayOrder[kProgressColumnCount] = {
-    kProgressCountryCode, kProgressPrefix, kProgressPhone, kProgressCW, kProgressRTTY,
-    kProgressPSK,         kProgressValid,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13};
+constexpr int kProgressDisplayOrder[kProgressColumnCount] = {kProgressCountryCode,
+                                                             kProgressPrefix,
+                                                             kProgressPhone,
+                                                             kProgressCW,
+                                                             kProgressRTTY,
+                                                             kProgressPSK,
+                                                             kProgressValid,
+                                                             3,
+                                                             4,
+                                                             5,
+                                                             6,
+                                                             7,
+                                                             8,
+                                                             9,
+                                                             10,
+                                                             11,
+                                                             12,
+                                                             13};
 
 bool HasRows(const db::Recordset& rs) { return !(rs.BOF() && rs.EOF_()); }
 
@@ -85,9 +107,8 @@ void VellumModule::UpdateAtlasineProgress() {
     progress.FindFirst("CountryCode = '" + code + "'");
     if (progress.NoMatch()) return;
     position.Repositioned();  // the Check Progress grid shows the map's entity
-    const std::string record =
-        progress.Fields(kProgressCountryCode).Value().ToStringOrEmpty() + "|" +
-        ProgressString(progress);
+    const std::string record = progress.Fields(kProgressCountryCode).Value().ToStringOrEmpty() +
+                               "|" + ProgressString(progress);
     NotifySibling(SiblingNotice::kAtlasineUpdateProgress, record);
   } catch (const vb::VbError& e) {
     page_.common.ReportError(e.number(), "VellumModule.UpdateAtlasineProgress");

@@ -42,11 +42,18 @@ void SummaryGridBinder::ShowCells() {
   if (table->rowCount() != rows) table->setRowCount(rows);
   if (table->columnCount() != columns) table->setColumnCount(columns);
   // Row 0 and column 0 hold the captions: the headers.
+  // The captions are set once per change: the counts change far more often.
   QStringList across, down;
   for (int c = 1; c <= columns; ++c) across << ToQString(grid_.ArrayCell(0, c));
   for (int r = 1; r <= rows; ++r) down << ToQString(grid_.ArrayCell(r, 0));
-  table->setHorizontalHeaderLabels(across);
-  table->setVerticalHeaderLabels(down);
+  if (across != across_) {
+    table->setHorizontalHeaderLabels(across);
+    across_ = across;
+  }
+  if (down != down_) {
+    table->setVerticalHeaderLabels(down);
+    down_ = down;
+  }
   for (int r = 1; r <= rows; ++r)
     for (int c = 1; c <= columns; ++c) {
       const QString text = ToQString(grid_.ArrayCell(r, c));
@@ -72,8 +79,7 @@ void SummaryGridBinder::ShowWidths() {
     table->setColumnWidth(static_cast<int>(c) - 1, PixelsFromTwips(columns[c].Width));
 }
 
-DXCCSummaryView::DXCCSummaryView(DXCCSummary& form)
-    : FormView(form, std::make_unique<QWidget>()) {
+DXCCSummaryView::DXCCSummaryView(DXCCSummary& form) : FormView(form, std::make_unique<QWidget>()) {
   auto* layout = new QVBoxLayout(window());
   // The award programme: the two option buttons side by side in their frame.
   auto* award = WidgetAs<QGroupBox>(form.AwardFrame, window());

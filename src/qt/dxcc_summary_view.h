@@ -2,6 +2,7 @@
 // The DXCC Summary window: its two grids of counts as QTableWidgets (row 0 and column 0 of the
 // model's cells are the tables' headers, so they stay in place and can't be edited), the award
 // programme's option buttons above them, and the bar and commands below.
+#include <QStringList>
 #include <QTableWidget>
 
 #include "logpage/dxcc_summary.h"
@@ -23,6 +24,7 @@ class SummaryGridBinder : public ControlBinder {
   void ShowCells();
   void ShowWidths();
   ui::Grid& grid_;
+  QStringList across_, down_;  // the headers' captions as last shown
 };
 
 class DXCCSummaryView : public FormView {

@@ -13,9 +13,9 @@ namespace {
 // An entity from its letters by column name.
 SummaryEntity Entity(bool valid, const std::map<std::string, std::string>& letters) {
   static const std::map<std::string, int> kColumns = {
-      {"160M", 3}, {"80M", 4},  {"40M", 5},    {"30M", 6}, {"20M", 7},  {"17M", 8},
-      {"15M", 9},  {"12M", 10}, {"10M", 11},   {"6M", 12}, {"2M", 13},  {"PHONE", 14},
-      {"CW", 15},  {"RTTY", 16}, {"PSK", 17}};
+      {"160M", 3}, {"80M", 4},    {"40M", 5},  {"30M", 6},   {"20M", 7},
+      {"17M", 8},  {"15M", 9},    {"12M", 10}, {"10M", 11},  {"6M", 12},
+      {"2M", 13},  {"PHONE", 14}, {"CW", 15},  {"RTTY", 16}, {"PSK", 17}};
   SummaryEntity e;
   e.valid = valid;
   for (const auto& [name, letter] : letters) e.letters[kColumns.at(name)] = letter;
@@ -58,10 +58,30 @@ TEST_F(SummaryCountsTest, AFreshGridHasItsCaptionsAndBlankCells) {
   EXPECT_EQ(deleted[0][1], "Worked ");
   EXPECT_EQ(deleted[0][2], "Confirmed ");
   EXPECT_EQ(deleted[0][3], "Verified ");
-  const char* rows[] = {"HR Mixed ", "HR Phone ", "HR CW ", "HR RTTY ", "Mixed ", "Phone ",
-                        "CW ", "RTTY ", "PSK ", "160M ", "80M ", "40M ", "30M ", "20M ",
-                        "17M ", "15M ", "12M ", "10M ", "6M ", "2M ", "HF BandCountries ",
-                        "HF ModeCountries ", "HF BandModes ", "DXCC Challenge "};
+  const char* rows[] = {"HR Mixed ",
+                        "HR Phone ",
+                        "HR CW ",
+                        "HR RTTY ",
+                        "Mixed ",
+                        "Phone ",
+                        "CW ",
+                        "RTTY ",
+                        "PSK ",
+                        "160M ",
+                        "80M ",
+                        "40M ",
+                        "30M ",
+                        "20M ",
+                        "17M ",
+                        "15M ",
+                        "12M ",
+                        "10M ",
+                        "6M ",
+                        "2M ",
+                        "HF BandCountries ",
+                        "HF ModeCountries ",
+                        "HF BandModes ",
+                        "DXCC Challenge "};
   for (int r = 1; r < kSummaryRows; ++r) {
     EXPECT_EQ(deleted[r][0], rows[r - 1]);
     for (int c = 1; c < kSummaryColumns; ++c) EXPECT_EQ(deleted[r][c], " ") << r << "," << c;
@@ -156,8 +176,8 @@ TEST_F(SummaryCountsTest, LettersOutsideTheTableCountAsWorkedOnly) {
 }
 
 TEST_F(SummaryCountsTest, AnEntityCountsOncePerCellAndTheSumsFollowTheirRows) {
-  Count(Entity(true, {{"160M", "V"}, {"80M", "F"}, {"6M", "W"}, {"2M", "V"}, {"PHONE", "V"},
-                      {"CW", "F"}}));
+  Count(Entity(
+      true, {{"160M", "V"}, {"80M", "F"}, {"6M", "W"}, {"2M", "V"}, {"PHONE", "V"}, {"CW", "F"}}));
   Count(Entity(true, {{"10M", "R"}, {"30M", "W"}, {"PHONE", "W"}}));
   EXPECT_EQ(deleted[1][1], " 2");  // HR Mixed worked: two entities, each once
   EXPECT_EQ(deleted[1][2], " 1");

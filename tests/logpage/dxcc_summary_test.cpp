@@ -68,6 +68,27 @@ TEST_F(DXCCSummaryTest, TheWindowIsMadeOnFirstUseWithItsTexts) {
   EXPECT_EQ(summary().DeletedGrid.Columns()[2].Width, h.desktop.TextWidth(font, "Confirmed  "));
 }
 
+TEST_F(DXCCSummaryTest, AResizeLaysTheGridsOutAndDerivesTheWidthsFromTheLetterA) {
+  main().SummaryCmd_Click();
+  summary().SetWidth(9000);
+  summary().SetHeight(10000);
+  const int a = h.desktop.TextWidth(summary().Font(), "A");
+  for (ui::Grid* grid : {&summary().DeletedGrid, &summary().UnDeletedGrid}) {
+    EXPECT_EQ(grid->Columns()[0].Width, 18 * a);  // "HF BandCountries  "
+    EXPECT_EQ(grid->Columns()[3].Width, 11 * a);  // "Confirmed  "
+    EXPECT_GT(grid->Height(), 0);
+    EXPECT_LT(grid->Height(), 10000);
+  }
+  // The height of the grids follows the window.
+  const int before = summary().DeletedGrid.Height();
+  summary().SetHeight(12000);
+  EXPECT_EQ(summary().DeletedGrid.Height(), before + 2000);
+  // A minimized window keeps its layout.
+  summary().SetWindowState(ui::vbMinimized);
+  summary().SetHeight(5000);
+  EXPECT_EQ(summary().DeletedGrid.Height(), before + 2000);
+}
+
 TEST_F(DXCCSummaryTest, CountsComeFromTheProgressTableIntoBothGrids) {
   // K: current, worked on 20 metres CW; VP2E: deleted, confirmed on 15 metres SSB.
   SetLetters("291", {{"20M", "W"}, {"CW", "W"}});

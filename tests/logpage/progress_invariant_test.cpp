@@ -27,14 +27,14 @@ const std::map<std::string, bool> kEntities = {{"291", true}, {"223", true}, {"1
 
 // The test's own reading of the status rules.
 const std::vector<std::string> kColumnNames = {
-    "CountryCode", "Prefix", "Valid", "160M", "80M", "40M", "30M", "20M", "17M",
-    "15M",         "12M",    "10M",   "6M",   "2M",  "PHONE", "CW", "RTTY", "PSK"};
+    "CountryCode", "Prefix", "Valid", "160M", "80M", "40M",   "30M", "20M",  "17M",
+    "15M",         "12M",    "10M",   "6M",   "2M",  "PHONE", "CW",  "RTTY", "PSK"};
 
 int BandColumn(std::string band) {
   for (char& c : band) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  const std::map<std::string, int> bands = {{"160m", 3}, {"80m", 4},  {"40m", 5}, {"30m", 6},
-                                            {"20m", 7},  {"17m", 8},  {"15m", 9}, {"12m", 10},
-                                            {"10m", 11}, {"6m", 12},  {"2m", 13}};
+  const std::map<std::string, int> bands = {{"160m", 3}, {"80m", 4}, {"40m", 5}, {"30m", 6},
+                                            {"20m", 7},  {"17m", 8}, {"15m", 9}, {"12m", 10},
+                                            {"10m", 11}, {"6m", 12}, {"2m", 13}};
   auto it = bands.find(band);
   return it == bands.end() ? -1 : it->second;
 }
@@ -71,11 +71,16 @@ int LetterStrength(const std::string& letter) {
 
 std::string LetterOf(int strength, int column) {
   switch (strength) {
-    case 1: return "W";
-    case 2: return "R";
-    case 3: return "F";
-    case 4: return column == 17 ? "F" : "V";  // the ARRL verifies no PSK card
-    default: return "";
+    case 1:
+      return "W";
+    case 2:
+      return "R";
+    case 3:
+      return "F";
+    case 4:
+      return column == 17 ? "F" : "V";  // the ARRL verifies no PSK card
+    default:
+      return "";
   }
 }
 
@@ -205,9 +210,15 @@ class ProgressInvariantTest : public ::testing::Test {
       } else {  // an edit of band, mode, DXCC code or QSL_Rcvd
         GoToRandomQSO();
         switch (Random(4)) {
-          case 0: PickAny(0); break;
-          case 1: PickAny(5); break;
-          case 2: PickAny(8); break;
+          case 0:
+            PickAny(0);
+            break;
+          case 1:
+            PickAny(5);
+            break;
+          case 2:
+            PickAny(8);
+            break;
           default: {
             static const char* kCodes[] = {"291", "223", "12", "999", ""};
             box(3).UserSetText(kCodes[Random(5)]);

@@ -185,8 +185,8 @@ TEST_F(RecomputeTest, AnEmptyLogRefillsTheTableWithEmptyStatusesAndStillTellsThe
   for (const char* code : {"291", "223", "12"})
     for (int column = kProgressFirstBand; column < kProgressColumnCount; ++column)
       EXPECT_EQ(Letter(code, BandProgressName(column).empty()
-                                 ? std::vector<std::string>{"PHONE", "CW", "RTTY", "PSK"}
-                                       [column - kProgressPhone]
+                                 ? std::vector<std::string>{"PHONE", "CW", "RTTY",
+                                                            "PSK"}[column - kProgressPhone]
                                  : BandProgressName(column)),
                 "");
   EXPECT_TRUE(bar.values.empty());  // the bar never advances
@@ -287,8 +287,7 @@ TEST_F(RecomputeTest, UpdateAtlasineProgressMovesTheGridWithNoSiblingLinked) {
   LogQSO("K2AA");
   h.settings.SaveSetting("Atlasine", "General", "CurrentDXCCID", "12");
   module().UpdateAtlasineProgress();
-  EXPECT_EQ(main().ProgressPosition.Recordset().Fields("Prefix").Value().ToStringOrEmpty(),
-            "VP2E");
+  EXPECT_EQ(main().ProgressPosition.Recordset().Fields("Prefix").Value().ToStringOrEmpty(), "VP2E");
   ASSERT_EQ(notices.size(), 1u);
   EXPECT_EQ(notices[0].second, "12|" + std::string(15, '|'));
   // A code the table hasn't, or none: nothing is sent.
@@ -297,6 +296,20 @@ TEST_F(RecomputeTest, UpdateAtlasineProgressMovesTheGridWithNoSiblingLinked) {
   h.settings.SaveSetting("Atlasine", "General", "CurrentDXCCID", "");
   module().UpdateAtlasineProgress();
   EXPECT_EQ(notices.size(), 1u);
+}
+
+TEST_F(RecomputeTest, AnImportEndsByShowingAndSendingTheMapProgramsEntity) {
+  h.settings.SaveSetting("Atlasine", "General", "CurrentDXCCID", "223");
+  const std::string path = h.dir.Join("in.adi");
+  test::WriteFileText(
+      path, "<call:5>G3ABC<qso_date:8>20240302<time_on:4>1300<band:3>40M<mode:2>CW<eor>\n");
+  h.desktop.ExpectOpenFile(path);
+  main().ImportCmd.UserClick();
+  EXPECT_EQ(main().ProgressPosition.Recordset().Fields("CountryCode").Value().ToStringOrEmpty(),
+            "223");
+  ASSERT_FALSE(notices.empty());
+  EXPECT_EQ(notices.back(), (Notice{VellumModule::SiblingNotice::kAtlasineUpdateProgress,
+                                    "223|||W||||||||||W|||"}));
 }
 
 TEST_F(RecomputeTest, ClosingTheWindowDuringTheWalkEndsItAndKeepsWhatWasCounted) {
@@ -401,7 +414,8 @@ class RemovedEntityTest : public ::testing::Test {
     if (withAnguilla)
       entities.push_back({"VP2E", 12, "Anguilla",
                           anguillaDeleted ? std::optional<double>(40000.0) : std::nullopt});
-    CreateTestDXCCDatabase(dxcc, entities, {{"K", "K", "K"}, {"G", "G", "G"}, {"VP2E", "VP2E", "VP2E"}},
+    CreateTestDXCCDatabase(dxcc, entities,
+                           {{"K", "K", "K"}, {"G", "G", "G"}, {"VP2E", "VP2E", "VP2E"}},
                            {{"K", "NA", 5, 8}, {"G", "EU", 14, 27}, {"VP2E", "NA", 8, 11}});
     h.Start();
     h.loop.Advance(300);

@@ -94,9 +94,11 @@ TEST_F(ProgressViewTest, RecomputeWithTheBarThenTheSummaryKeptAcrossItsClose) {
 
   // During the walk the bar shows and the grid doesn't; seen from the walk's first yield.
   bool barSeen = false, gridHidden = false;
-  desktop_.ExpectMsgBox("clear the progress table and then rebuild by scanning every QSO in the "
-                        "log?",
-                        ui::vbYes)
+  desktop_
+      .ExpectMsgBox(
+          "clear the progress table and then rebuild by scanning every QSO in the "
+          "log?",
+          ui::vbYes)
       .Then([&] {
         loop_.Post([&] {
           barSeen = bar->isVisible();
