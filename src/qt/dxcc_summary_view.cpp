@@ -17,13 +17,22 @@ SummaryGridBinder::SummaryGridBinder(ui::Grid& grid, QTableWidget* table)
   table->setSelectionMode(QAbstractItemView::NoSelection);
   table->verticalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  catchUp_.setSingleShot(true);
+  QObject::connect(&catchUp_, &QTimer::timeout, this, [this] {
+    if (ControlAlive()) ShowCells();
+  });
   ShowAll();
 }
 
 void SummaryGridBinder::Show(ui::Property property) {
   switch (property) {
     case ui::Property::Text:
-      ShowCells();
+      // The hidden programme's grid catches up when it is shown.
+      if (grid_.Visible()) ShowCellsSoon();
+      break;
+    case ui::Property::Visible:
+      if (grid_.Visible()) ShowCells();
+      ControlBinder::Show(property);
       break;
     case ui::Property::List:
       ShowWidths();
@@ -34,7 +43,21 @@ void SummaryGridBinder::Show(ui::Property property) {
   }
 }
 
+void SummaryGridBinder::ShowCellsSoon() {
+  // While the counts change entity by entity, the table is redrawn some thirty times a second
+  // at most: each redraw costs more than the counting, and the sums still grow in view.
+  constexpr int kFrameMs = 30;
+  if (!shown_.isValid() || shown_.elapsed() >= kFrameMs) {
+    ShowCells();
+    return;
+  }
+  if (catchUp_.isActive()) return;
+  catchUp_.start(kFrameMs - static_cast<int>(shown_.elapsed()));
+}
+
 void SummaryGridBinder::ShowCells() {
+  catchUp_.stop();
+  shown_.start();
   WidgetUpdate update(*this);
   auto* table = static_cast<QTableWidget*>(widget());
   const int rows = std::max(0, grid_.ArrayRowCount() - 1);
