@@ -6,6 +6,7 @@
 
 #include "frame/version.h"
 #include "adif_commands.h"
+#include "award_commands.h"
 #include "station_commands.h"
 
 namespace {
@@ -32,6 +33,10 @@ const Command kCommands[] = {
      vellumar::cli::Import},
     {"export", "export LOG.vdb FILE.adi [--Option=value...]  write a log's QSOs as ADIF",
      vellumar::cli::Export},
+    {"recompute", "recompute LOG.vdb       rebuild a log's Progress table from its QSOs",
+     vellumar::cli::Recompute},
+    {"summary", "summary LOG.vdb [dxcc|top]  the DXCC Summary of a log's Progress table",
+     vellumar::cli::Summary},
 };
 
 void Usage() {

@@ -5,7 +5,7 @@
 namespace vellumar {
 
 LogPage::LogPage(LogPageServices services)
-    : LogPageServices(std::move(services)), config(setup().Options()), module(*this), main(*this) {
+    : LogPageServices(std::move(services)), config(setup().Options()), module(*this), main(*this), dxccSummary(*this) {
   setup().SetObserver(this);
   // The advanced window is built after the main window, whose commands its buttons run.
   main.WireAdvancedFilter();
@@ -18,7 +18,8 @@ std::vector<ui::Form*> LogPage::LoadedForms() {
   for (ui::Form* form :
        {static_cast<ui::Form*>(&main), static_cast<ui::Form*>(&capture),
         static_cast<ui::Form*>(&setup()), static_cast<ui::Form*>(&cardPage),
-        static_cast<ui::Form*>(&advancedFilter), static_cast<ui::Form*>(&addressEditor)}) {
+        static_cast<ui::Form*>(&advancedFilter), static_cast<ui::Form*>(&addressEditor),
+        static_cast<ui::Form*>(&dxccSummary)}) {
     if (form->Loaded()) forms.push_back(form);
   }
   return forms;
@@ -43,6 +44,7 @@ void LogPage::SaveWindowSetting(const char* word, const std::string& value) {
 }
 
 void LogPage::EndProcess(int code) {
+  processEnding_ = true;
   if (endProcess) endProcess(code);
 }
 

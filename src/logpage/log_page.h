@@ -13,6 +13,7 @@
 #include "frame/common.h"
 #include "frame/settings_store.h"
 #include "interop/trailmark_queries.h"
+#include "logpage/dxcc_summary.h"
 #include "logpage/side_forms.h"
 #include "logpage/vellum_main.h"
 #include "logpage/vellum_module.h"
@@ -58,6 +59,7 @@ class LogPage final : public LogPageServices, public ConfigObserver {
   AdvancedFilter advancedFilter;
   AddressEditor addressEditor;
   interop::TrailmarkQueries trailmark;  // questions for the QSL route program
+  DXCCSummary dxccSummary;  // loaded on first use
 
   // The configuration window itself, for its load and unload, its pages and its layout table.
   VellumSetup& setup() { return LogPageServices::setup; }
@@ -87,6 +89,8 @@ class LogPage final : public LogPageServices, public ConfigObserver {
   std::string GetWindowSetting(const char* word, const std::string& defaultValue) const;
   void SaveWindowSetting(const char* word, const std::string& value);
   void EndProcess(int code);
+  // The main window's unload has reached its end: a walk that yields leaves at its next turn.
+  bool ProcessEnding() const { return processEnding_; }
 
   // What the configuration window's options do to the Log page.
   bool SwitchLog(const std::string& pathname) override;
@@ -99,6 +103,9 @@ class LogPage final : public LogPageServices, public ConfigObserver {
   void LayoutCellChanged(int row, int column) override;
   void LayoutChanged() override;
   void SaveLogGridColumnWidths() override;
+
+ private:
+  bool processEnding_ = false;
 };
 
 }  // namespace vellumar

@@ -63,6 +63,7 @@ VellumMain::VellumMain(LogPage& page)
   WireAdif();
   WireFields();
   WireFilters();
+  WireProgress();
 }
 
 void VellumMain::WireControls() {
@@ -388,6 +389,7 @@ void VellumMain::VellumMain_Unload(int& cancel) {
   page_.qslQueue.CloseQSLQueue(QSLPosition);
   ignoring([&] { page_.addressEditor.Unload(); });
   ignoring([&] { page_.setup().Unload(ui::vbFormCode); });
+  ignoring([&] { page_.dxccSummary.Unload(); });
   ignoring([&] { page_.cardPage.Unload(); });
   ignoring([&] { page_.capture.Unload(); });
   ignoring([&] { page_.advancedFilter.Unload(); });

@@ -75,7 +75,10 @@ class VellumMain : public ui::Form {
   ui::DataControl ProgressPosition{"ProgressPosition"};
   ui::Grid ProgressGrid{"ProgressGrid"};
   ui::CommandButton SummaryCmd{"SummaryCmd"}, ReComputeCmd{"ReComputeCmd"},
-      HelpProgressCmd{"HelpProgressCmd"};
+      HelpProgressCmd{"HelpProgressCmd"}, ConfigProgressCmd{"ConfigProgressCmd"};
+  ui::ProgressBar RecomputeProgress{"RecomputeProgress"};  // a recompute's QSOs counted
+  bool RecomputeCmdBusy = false;  // RecomputeCmd_Click is running
+  bool SummaryCmdBusy = false;    // SummaryCmd_Click is running
 
   // The my QTHs page.
   ui::DataControl QTHPosition{"QTHPosition"};
@@ -204,6 +207,11 @@ class VellumMain : public ui::Form {
   // True while a file import runs: the window refuses to close meanwhile.
   bool ImportInProgress() const;
 
+  // The Check Progress tab (vellum_main_progress.cpp): Recompute asks first; Summary computes
+  // the DXCC Summary's grids, bringing its window up.
+  void RecomputeCmd_Click();
+  void SummaryCmd_Click();
+
   // The life of the QSO in hand: new, save, revert, delete, confirm, verify, moves.
   void SetQSOStartTime();
   void SetQSOEndTime();
@@ -266,6 +274,8 @@ class VellumMain : public ui::Form {
 
   // Captions, tool tips, option groups and events of the Import and Export tabs.
   void WireAdif();
+  // The Check Progress tab's commands and bar.
+  void WireProgress();
   void FinishImport();
   void BeginStep(int step);
   // The recordset of the Log Page Display, and whether it has rows.

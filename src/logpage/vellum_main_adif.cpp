@@ -279,6 +279,7 @@ void VellumMain::FinishImport() {
   Log().Requery();
   if (LogHasRows()) SetFieldEnable(true);
   UpdateCaption();
+  page_.module.UpdateAtlasineProgress();  // the map program's entity, as it now stands
   page_.module.FormatLogGrid();
   page_.module.SortDisplay(SortCallButton.Value() ? "Call" : "QSO_Begin");
   ProgressPosition.RowsChanged();

@@ -15,7 +15,7 @@ struct CommandText {
 
 constexpr const char* kHelpTip = "show the help page of this tab";
 
-const std::array<CommandText, 38> kCommandTexts = {{
+const std::array<CommandText, 39> kCommandTexts = {{
     // The Log page: the QSO in hand.
     {&VellumMain::NewCmd, "&New", "save the QSO in hand and begin a new one (Ctrl+N)"},
     {&VellumMain::SaveCmd, "&Save",
@@ -62,6 +62,8 @@ const std::array<CommandText, 38> kCommandTexts = {{
     {&VellumMain::ReComputeCmd, "Recompute",
      "clear the progress table, and then recompute the progress table by evaluating every QSO "
      "in the log"},
+    {&VellumMain::ConfigProgressCmd, "Config",
+     "show the Awards page of the Configuration window"},
     {&VellumMain::HelpProgressCmd, "Help", kHelpTip},
     {&VellumMain::HelpQTHCmd, "Help", kHelpTip},
     {&VellumMain::ImportCmd, "Start", "click to import QSOs from an ADIF-compliant log file"},

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "adif/write_batch.h"
 #include "config/vellum_setup.h"
 #include "frame/version.h"
 #include "logpage/log_page.h"
@@ -86,15 +87,19 @@ void VellumModule::Initialize() {
   InitializeCombos();
   InitializeFields();
   page_.dxcc.OpenDXCCDatabase();
-  ComboList panel(main.Fieldcombo(field::DXCCPrefix));
-  ComboList capture(page_.capture.DXCC);
-  page_.dxcc.InitializeDXCCCombo({&panel, &capture});
+  InitializeDXCCCombos();
   page_.common.errorLog().SetErrorLogPresent(false);
   page_.dxcc.SetSuppressLookup(false);
   InteropCaption.clear();
   page_.common.localeInfo().Initialize();
   InitializeBandModeFilters();
   InitializeSQLFilters();
+}
+
+void VellumModule::InitializeDXCCCombos() {
+  ComboList panel(page_.main.Fieldcombo(field::DXCCPrefix));
+  ComboList capture(page_.capture.DXCC);
+  page_.dxcc.InitializeDXCCCombo({&panel, &capture});
 }
 
 void VellumModule::Terminate() {
@@ -242,9 +247,12 @@ void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {
 
     state = 18;
     main.UpdateCaption();
+    FormatProgressGrid();
     EnableLogActions(true);
 
-    state = 19;  // siblings hear of the new log once links exist
+    state = 19;
+    NotifySibling(SiblingNotice::kAtlasineNewLog, pathname);
+    NotifySibling(SiblingNotice::kClustrineNewLog, pathname);
 
     state = 20;
     if (page_.setup().Loaded()) page_.setup().SaveLogPathname();
@@ -262,6 +270,8 @@ bool VellumModule::AddMissingFieldDefinitions() {
 void VellumModule::CloseLog() {
   VellumMain& main = page_.main;
   if (LogIsOpen) {
+    // A recompute's writes so far stay in the file: its open group is committed first.
+    if (RecomputeBatch) IgnoringErrors([&] { RecomputeBatch->Commit(); });
     IgnoringErrors([&] { SaveLogOrder(); });
     IgnoringErrors([&] { SavePrevFieldValues(); });
     IgnoringErrors([&] { main.SetFieldEnable(false); });

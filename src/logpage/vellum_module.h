@@ -9,6 +9,7 @@
 // reported with its state number and ends in CloseLog, so no half-bound view is left.
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "logstore/field_table.h"
@@ -18,6 +19,9 @@
 namespace vellumar {
 
 class LogPage;
+namespace adif {
+class WriteBatch;
+}
 
 class VellumModule {
  public:
@@ -125,6 +129,30 @@ class VellumModule {
   // LogGrid could not format a cell with its column's format.
   void LogGridFormatError(int colIndex, const std::string& text);
   // ---- end of the layout ----
+
+  // ---- The Progress table as a whole (vellum_module_progress.cpp) ----
+  // Rebuilds Progress from the QSOs of the Log Page Display (a filter in force limits it): the
+  // rows go, the table refills from the DXCC database, every QSO is counted again with one
+  // yield and one bar step each. RecomputeRunning holds meanwhile; a failure leaves it and the
+  // hourglass set. The end of the program during the walk leaves the table as it stands.
+  void RecomputeProgress();
+  // Deletes every row of ProgressPosition's recordset.
+  void ClearProgress();
+  // Moves ProgressPosition to the entity the map program shows and sends it that entity's
+  // progress.
+  void UpdateAtlasineProgress();
+  // ProgressGrid's columns: CountryCode and Valid hidden, the modes right behind the prefix,
+  // each as wide as its caption and three blanks and its field's size in letters, right-aligned.
+  void FormatProgressGrid();
+  // The prefix lists of the panel and of the Capture window, from the DXCC database.
+  void InitializeDXCCCombos();
+  // What the siblings are told of the log and its progress. One seam: nothing is sent until
+  // links to the siblings exist; OnSiblingNotice observes each notice meanwhile.
+  enum class SiblingNotice { kAtlasineNewLog, kClustrineNewLog, kAtlasineUpdateProgress };
+  void NotifySibling(SiblingNotice notice, const std::string& text);
+  std::function<void(SiblingNotice notice, const std::string& text)> OnSiblingNotice;
+  // The recompute's open group of writes, which CloseLog commits before the file closes.
+  adif::WriteBatch* RecomputeBatch = nullptr;
 
  private:
   bool AddMissingFieldDefinitions();

@@ -31,6 +31,12 @@ QWidget* FormView::Widget(ui::Control& control, QWidget* parent) {
   return widget;
 }
 
+QWidget* FormView::Bind(ui::Control& control, std::unique_ptr<ControlBinder> binder) {
+  QWidget* widget = binder ? binder->widget() : nullptr;
+  binders_[&control] = std::move(binder);
+  return widget;
+}
+
 QWidget* FormView::WidgetOf(const ui::Control& control) const {
   const ControlBinder* b = BinderOf(control);
   return b ? b->widget() : nullptr;

@@ -41,6 +41,8 @@ class FormView {
   // holds the controls after it up to the next frame.
   void PlaceRemaining(QWidget* parent, QBoxLayout* layout);
   bool HasWidget(const ui::Control& control) const { return binders_.count(&control) > 0; }
+  // Keeps a binder the view made itself, for a control shown by a widget of its own kind.
+  QWidget* Bind(ui::Control& control, std::unique_ptr<ControlBinder> binder);
   // Ends the construction: the form's design size comes from the layout if the form has none,
   // and the window starts following the form.
   void Finish();

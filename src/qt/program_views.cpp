@@ -8,7 +8,8 @@ ProgramViews::ProgramViews(Application& app)
       capture(app.capture),
       advancedFilter(app.advancedFilter),
       cardPage(app.cardPage),
-      addressEditor(app.addressEditor) {
+      addressEditor(app.addressEditor),
+      dxccSummary(app.logPage.dxccSummary) {
   // The window manager's close of the main window is the operator's ending of the program.
   main.formBinder().CloseRequested = [&app](int unloadMode) { app.CloseMainWindow(unloadMode); };
 }

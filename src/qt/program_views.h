@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "program/application.h"
+#include "qt/dxcc_summary_view.h"
 #include "qt/side_form_views.h"
 #include "qt/vellum_main_view.h"
 #include "qt/vellum_setup_view.h"
@@ -20,6 +21,7 @@ class ProgramViews {
   AdvancedFilterView advancedFilter;
   CardPageView cardPage;
   AddressEditorView addressEditor;
+  DXCCSummaryView dxccSummary;
 };
 
 }  // namespace vellumar::qt

@@ -83,8 +83,7 @@ VellumMainView::VellumMainView(VellumMain& form)
   BuildLogPage(tabs_->widget(0));
   BuildGridPage(tabs_->widget(1), main_.QSLGrid,
                 {&main_.GenerateRequestedCmd, &main_.ProcessPrintedCmd}, main_.HelpQSLCmd);
-  BuildGridPage(tabs_->widget(2), main_.ProgressGrid, {&main_.SummaryCmd, &main_.ReComputeCmd},
-                main_.HelpProgressCmd);
+  BuildProgressPage(tabs_->widget(2));
   BuildGridPage(tabs_->widget(3), main_.QTHGrid, {}, main_.HelpQTHCmd);
   BuildImportPage(tabs_->widget(4));
   BuildExportPage(tabs_->widget(5));

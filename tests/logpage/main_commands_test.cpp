@@ -58,6 +58,7 @@ const std::map<std::string, std::pair<std::string, std::string>> kExpected = {
       "clear the progress table, and then recompute the progress table by evaluating every QSO "
       "in the log"}},
     {"HelpProgressCmd", {"Help", kHelp}},
+    {"ConfigProgressCmd", {"Config", "show the Awards page of the Configuration window"}},
     {"HelpQTHCmd", {"Help", kHelp}},
     {"ImportCmd", {"Start", "click to import QSOs from an ADIF-compliant log file"}},
     {"HelpImportCmd", {"Help", kHelp}},

@@ -74,6 +74,8 @@ void Database::Rollback() {
 
 bool Database::InTransaction() const { return !sqlite3_get_autocommit(core().handle()); }
 
+long long Database::TotalChanges() const { return sqlite3_total_changes64(core().handle()); }
+
 void Database::Close() {
   if (!core_) throw vb::VbError(91, "Object variable or With block variable not set");
   core_->Close();

@@ -64,6 +64,9 @@ class Database {
   void CommitTrans();
   void Rollback();
   bool InTransaction() const;
+  // Rows changed through this database since it was opened: a long walk tells by it whether
+  // another event wrote while it yielded.
+  long long TotalChanges() const;
   // Closes the recordsets opened from it, the file and the lock. Later use raises 3420.
   void Close();
 
