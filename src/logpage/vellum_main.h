@@ -192,6 +192,9 @@ class VellumMain : public ui::Form {
   void FilterModeCmd_Click();
   void FilterSQLCmd_Click(int index);
   void FilterField_KeyPress(int& keyAscii);
+  // The call, date or DXCC filter last applied, through its button, again; nothing for the
+  // broken filter or none.
+  void RepeatLastFilter();
   void AdvancedFilterCmd_Click();
   void SortCallButton_Click();
   void SortUTCButton_Click();

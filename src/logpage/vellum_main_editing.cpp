@@ -285,21 +285,7 @@ void VellumMain::DeleteCmd_click() {
   });
   // A reopened log has lost the display's filter: the page's own filter is applied again
   // through its command, once this one is no longer busy.
-  if (reopened && LogFiltered()) {
-    switch (LastFilterKind) {
-      case 1:
-        FilterCallCmd_Click();
-        break;
-      case 2:
-        FilterDateCmd_Click();
-        break;
-      case 3:
-        FilterDXCCCmd_Click();
-        break;
-      default:
-        break;
-    }
-  }
+  if (reopened && LogFiltered()) RepeatLastFilter();
   UpdateCaption();
 }
 

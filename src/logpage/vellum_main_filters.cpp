@@ -245,6 +245,10 @@ void VellumMain::FilterField_KeyPress(int& keyAscii) {
   }
   if (keyAscii != kEnter) return;
   keyAscii = 0;
+  RepeatLastFilter();
+}
+
+void VellumMain::RepeatLastFilter() {
   switch (LastFilterKind) {
     case 1:
       FilterCallCmd_Click();
@@ -256,7 +260,7 @@ void VellumMain::FilterField_KeyPress(int& keyAscii) {
       FilterDXCCCmd_Click();
       break;
     default:
-      break;  // the broken filter, or none yet: Enter does nothing
+      break;  // the broken filter, or none yet: nothing to repeat
   }
 }
 

@@ -356,9 +356,10 @@ class ProgressInvariantTest : public ::testing::Test {
         EXPECT_LE(LetterStrength(letters[c]), LetterStrength(kept.at(code)[c]))
             << "entity " << code << " column " << kColumnNames[c];
         // (c) equal when nothing could have lowered a status.
-        if (!lowered)
+        if (!lowered) {
           EXPECT_EQ(letters[c], kept.at(code)[c])
               << "entity " << code << " column " << kColumnNames[c];
+        }
       }
     ExpectSummary(recomputed);
 
