@@ -7,33 +7,18 @@
 #include <filesystem>
 #include <string>
 
+#include "support/cli_run.h"
 #include "support/temp_dir.h"
 
 namespace vellumar::adif {
 namespace {
 
-struct CliRun {
-  int exitCode = -1;
-  std::string output;  // stdout and stderr together
-};
+using vellumar::test::CliRun;
 
 class CliAdif : public ::testing::Test {
  protected:
   // Runs vellumar-cli with `arguments` (already quoted) in the test's own folders.
-  CliRun Cli(const std::string& arguments) {
-    const std::string command = "VELLUMAR_HOME='" + dir.Join("home") + "' XDG_CONFIG_HOME='" +
-                                dir.Join("config") + "' '" + std::string(VELLUMAR_BINARY_DIR) +
-                                "/bin/vellumar-cli' " + arguments + " 2>&1";
-    CliRun run;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return run;
-    char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) run.output.append(buffer, n);
-    const int status = pclose(pipe);
-    if (WIFEXITED(status)) run.exitCode = WEXITSTATUS(status);
-    return run;
-  }
+  CliRun Cli(const std::string& arguments) { return vellumar::test::RunCli(dir, arguments); }
   std::string Quoted(const std::string& path) const { return "'" + path + "'"; }
   static std::string Sample(const std::string& name) {
     return "'" + std::string(VELLUMAR_SOURCE_DIR) + "/tests/adif/data/" + name + "'";

@@ -9,15 +9,13 @@
 #include <string>
 
 #include "platform/db/database.h"
+#include "support/cli_run.h"
 #include "support/temp_dir.h"
 
 namespace vellumar {
 namespace {
 
-struct CliRun {
-  int exitCode = -1;
-  std::string output;  // stdout and stderr together
-};
+using test::CliRun;
 
 // DL confirmed on 20 metres CW, G worked on 40 metres SSB, K worked on 15 metres RTTY.
 constexpr const char* kThreeQSOs =
@@ -27,20 +25,7 @@ constexpr const char* kThreeQSOs =
 
 class CliAward : public ::testing::Test {
  protected:
-  CliRun Cli(const std::string& arguments) {
-    const std::string command = "VELLUMAR_HOME='" + dir.Join("home") + "' XDG_CONFIG_HOME='" +
-                                dir.Join("config") + "' '" + std::string(VELLUMAR_BINARY_DIR) +
-                                "/bin/vellumar-cli' " + arguments + " 2>&1";
-    CliRun run;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return run;
-    char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) run.output.append(buffer, n);
-    const int status = pclose(pipe);
-    if (WIFEXITED(status)) run.exitCode = WEXITSTATUS(status);
-    return run;
-  }
+  CliRun Cli(const std::string& arguments) { return test::RunCli(dir, arguments); }
   // A log of the three QSOs, made by the import.
   void MakeLog() {
     vellumar::test::WriteFileText(dir.Join("in.adi"), kThreeQSOs);
