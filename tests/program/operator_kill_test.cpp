@@ -144,6 +144,76 @@ std::map<std::string, std::vector<std::string>> Recomputed(const std::string& lo
   return letters;
 }
 
+// The operating child as the parent sees it: started, its lines read as they come.
+struct OperatorChild {
+  explicit OperatorChild(unsigned seed) {
+    if (pipe(fds) != 0) return;
+    std::fflush(nullptr);
+    pid = fork();
+    if (pid == 0) {
+      close(fds[0]);
+      Operate(fds[1], seed);
+    }
+    close(fds[1]);
+  }
+  ~OperatorChild() {
+    if (pid > 0) {
+      kill(pid, SIGKILL);
+      waitpid(pid, nullptr, 0);
+    }
+    close(fds[0]);
+  }
+  // The next line into `line`; false at the end of the output or after `timeoutMs`.
+  bool ReadLine(std::string& line, int timeoutMs) {
+    while (true) {
+      const auto eol = buffer.find('\n');
+      if (eol != std::string::npos) {
+        line = buffer.substr(0, eol);
+        buffer.erase(0, eol + 1);
+        return true;
+      }
+      pollfd p{fds[0], POLLIN, 0};
+      if (poll(&p, 1, timeoutMs) <= 0) return false;
+      char chunk[4096];
+      const ssize_t n = read(fds[0], chunk, sizeof chunk);
+      if (n <= 0) return false;
+      buffer.append(chunk, static_cast<size_t>(n));
+    }
+  }
+  void Kill() {
+    if (pid <= 0) return;
+    kill(pid, SIGKILL);
+    waitpid(pid, nullptr, 0);
+    pid = -1;
+  }
+  int fds[2] = {-1, -1};
+  pid_t pid = -1;
+  std::string buffer;
+};
+
+// "saved|call|band|mode|qsl" split at the bars.
+std::vector<std::string> SplitSaved(const std::string& line) {
+  std::vector<std::string> parts;
+  for (size_t at = 0;;) {
+    const size_t bar = line.find('|', at);
+    parts.push_back(line.substr(at, bar - at));
+    if (bar == std::string::npos) break;
+    at = bar + 1;
+  }
+  return parts;
+}
+
+// The folder of a child's program, which its death left behind.
+void RemoveChildFolder(const std::string& log) {
+  for (std::filesystem::path p = log; p.has_parent_path() && p != p.parent_path();
+       p = p.parent_path()) {
+    if (p.filename().string().rfind("vellumar-test-", 0) == 0) {
+      std::filesystem::remove_all(p);
+      return;
+    }
+  }
+}
+
 TEST(OperatorKill, AKilledProgramKeepsEverySavedQSOAndNoLetterAhead) {
   std::random_device device;
   const unsigned base = device();
@@ -156,58 +226,25 @@ TEST(OperatorKill, AKilledProgramKeepsEverySavedQSOAndNoLetterAhead) {
     const std::string folder = dir.Join("run" + std::to_string(run));
     std::filesystem::create_directories(folder);
     std::string lastCall;
-    int pipeFds[2];
-    ASSERT_EQ(pipe(pipeFds), 0);
-    std::fflush(nullptr);
-    const pid_t pid = fork();
-    ASSERT_GE(pid, 0);
-    if (pid == 0) {
-      close(pipeFds[0]);
-      Operate(pipeFds[1], seed);
-    }
-    close(pipeFds[1]);
-    // Wait for the program to start, then kill it after a random share of a second of work.
+    OperatorChild child(seed);
+    ASSERT_GT(child.pid, 0);
     std::mt19937 random(seed);
-    std::string buffer, line;
-    auto readLine = [&](int timeoutMs) {
-      while (true) {
-        const auto eol = buffer.find('\n');
-        if (eol != std::string::npos) {
-          line = buffer.substr(0, eol);
-          buffer.erase(0, eol + 1);
-          return true;
-        }
-        pollfd p{pipeFds[0], POLLIN, 0};
-        if (poll(&p, 1, timeoutMs) <= 0) return false;
-        char chunk[4096];
-        const ssize_t n = read(pipeFds[0], chunk, sizeof chunk);
-        if (n <= 0) return false;
-        buffer.append(chunk, static_cast<size_t>(n));
-      }
-    };
-    ASSERT_TRUE(readLine(60000)) << "the program did not start";
+    std::string line;
+    // Wait for the program to start, then kill it after a random share of a second of work.
+    ASSERT_TRUE(child.ReadLine(line, 60000)) << "the program did not start";
     ASSERT_EQ(line.rfind("log ", 0), 0u) << line;
     const std::string log = line.substr(4);
     usleep(static_cast<useconds_t>(random() % 400000));
-    kill(pid, SIGKILL);
-    int status = 0;
-    waitpid(pid, &status, 0);
+    child.Kill();
     // What the child said before it died is still in the pipe.
     std::map<std::string, Saved> saved;
-    while (readLine(1000)) {
-      std::vector<std::string> parts;
-      for (size_t at = 0;;) {
-        const size_t bar = line.find('|', at);
-        parts.push_back(line.substr(at, bar - at));
-        if (bar == std::string::npos) break;
-        at = bar + 1;
-      }
+    while (child.ReadLine(line, 1000)) {
+      const std::vector<std::string> parts = SplitSaved(line);
       ASSERT_EQ(parts.size(), 5u) << line;
       ASSERT_EQ(parts[0], "saved") << line;
       saved[parts[1]] = Saved{parts[2], parts[3], parts[4]};
       lastCall = parts[1];
     }
-    close(pipeFds[0]);
     savedTotal += static_cast<long>(saved.size());
 
     ASSERT_EQ(Query(log, "PRAGMA integrity_check"),
@@ -269,18 +306,59 @@ TEST(OperatorKill, AKilledProgramKeepsEverySavedQSOAndNoLetterAhead) {
     tornTotal += torn;
     aheadTotal += ahead;
     std::filesystem::remove_all(folder);
-    // The child's own folders, which its death left behind.
-    for (std::filesystem::path p = log; p.has_parent_path() && p != p.parent_path();
-         p = p.parent_path()) {
-      if (p.filename().string().rfind("vellumar-test-", 0) == 0) {
-        std::filesystem::remove_all(p);
-        break;
-      }
-    }
+    RemoveChildFolder(log);
   }
   std::printf("operator kills: %d runs, %ld saves returned, rows lost %d, torn rows %d, "
               "letters ahead of a recompute %d\n",
               kRuns, savedTotal, lostTotal, tornTotal, aheadTotal);
+}
+
+// A second process holding the log open as the spots program does, reading while the program
+// saves: each QSO whose save had returned is there at the reader's next read, as saved, and no
+// read ever meets a torn row.
+TEST(SiblingReader, SeesEverySavedQSOAtItsNextReadAndNoTornRow) {
+  std::random_device device;
+  const unsigned seed = device();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  OperatorChild child(seed);
+  ASSERT_GT(child.pid, 0);
+  std::string line;
+  ASSERT_TRUE(child.ReadLine(line, 60000)) << "the program did not start";
+  ASSERT_EQ(line.rfind("log ", 0), 0u) << line;
+  const std::string log = line.substr(4);
+  db::Database reader = db::DBEngine::Workspaces(0).OpenDatabase(log, true);
+  db::Recordset qsos = reader.OpenRecordset("QSOs", db::dbOpenDynaset);
+  int seen = 0, torn = 0;
+  for (int n = 0; n < 400; ++n) {
+    ASSERT_TRUE(child.ReadLine(line, 60000)) << "the program stopped saving";
+    const std::vector<std::string> parts = SplitSaved(line);
+    ASSERT_EQ(parts.size(), 5u) << line;
+    qsos.Requery();
+    qsos.FindFirst("Call = '" + parts[1] + "'");
+    if (qsos.NoMatch()) {
+      ADD_FAILURE() << parts[1] << " was saved and the reader doesn't see it";
+      continue;
+    }
+    ++seen;
+    // An edit changes the name only: band, mode and card stay as the save left them.
+    EXPECT_EQ(qsos.Fields("Band").Value().ToStringOrEmpty(), parts[2]) << parts[1];
+    EXPECT_EQ(qsos.Fields("Mode").Value().ToStringOrEmpty(), parts[3]) << parts[1];
+    EXPECT_EQ(qsos.Fields("QSL_Rcvd").Value().ToStringOrEmpty(), parts[4]) << parts[1];
+    if (n % 50 == 49) {
+      // Every row the reader meets is whole: a saved QSO, or the empty row of the QSO in hand.
+      for (qsos.MoveFirst(); !qsos.EOF_(); qsos.MoveNext()) {
+        const vb::Variant call = qsos.Fields("Call").Value();
+        const vb::Variant begin = qsos.Fields("QSO_Begin").Value();
+        if (call.IsNull() && begin.IsNull()) continue;
+        if (call.ToStringOrEmpty().empty() || begin.IsNull()) ++torn;
+      }
+    }
+  }
+  child.Kill();
+  reader.Close();
+  EXPECT_EQ(torn, 0);
+  std::printf("sibling reader: %d saves seen at the next read, torn rows %d\n", seen, torn);
+  RemoveChildFolder(log);
 }
 
 }  // namespace
