@@ -144,7 +144,45 @@ int main(int argc, char** argv) {
   };
   measure("call_K1", filterText("K1*"), [&] { button("FilterCallCmd")->click(); });
   measure("dxcc_DL", filterText("DL"), [&] { button("FilterDXCCCmd")->click(); });
+  AdvancedFilter& advanced = app->advancedFilter;
+  measure("date_within", [&] {
+    advanced.DateFilterKind(0).SetValue(true);
+    advanced.DateFilterTolerance.SetText("1440");
+    app->main.FilterField.SetText("2006-06-01 12:00");
+  }, [&] { button("FilterDateCmd")->click(); });
+  measure("date_to_bound", [&] {
+    advanced.DateFilterKind(1).SetValue(true);
+    advanced.DateFilterUpperBound.SetText("01-Jan-2007 00:00:00");
+    app->main.FilterField.SetText("2006-01-01 00:00");
+  }, [&] { button("FilterDateCmd")->click(); });
   measure("broken", [] {}, [&] { button("FilterBrokenCmd")->click(); });
+  // The Advanced window's filters through its buttons' models, which its view is bound to.
+  auto clearChecks = [&] {
+    for (int i = 1; i <= 15; ++i) advanced.BandCheck(i).SetValue(0);
+    for (int i = 1; i <= 14; ++i) advanced.ModeCheck(i).SetValue(0);
+  };
+  measure("three_bands", [&] {
+    clearChecks();
+    for (int i : {2, 5, 9}) advanced.BandCheck(i).SetValue(1);
+  }, [&] { advanced.BandFilterCmd.UserClick(); });
+  measure("all_bands", [&] {
+    for (int i = 1; i <= 15; ++i) advanced.BandCheck(i).SetValue(1);
+  }, [&] { advanced.BandFilterCmd.UserClick(); });
+  measure("two_modes", [&] {
+    clearChecks();
+    advanced.ModeCheck(2).SetValue(1);
+    advanced.ModeCheck(8).SetValue(1);
+  }, [&] { advanced.ModeFilterCmd.UserClick(); });
+  const char* queries[] = {
+      "Band = '20M' AND Mode = 'CW'",
+      "Call LIKE 'K#A1*' OR DXCCPrefix IN ('JA', 'VK')",
+      "QSO_Begin BETWEEN #2006-01-01# AND #2006-12-31 23:59# AND QSLSdate IS NULL",
+      "NOT (Band IS NULL) AND (Mode <> 'SSB') AND Call LIKE '*A99'",
+  };
+  for (int i = 0; i < 4; ++i) {
+    advanced.SQLquery(i).SetText(queries[i]);
+    measure("sql_" + std::to_string(i), [] {}, [&, i] { advanced.SQLFilterCmd(i).UserClick(); });
+  }
   measure("clear", [] {}, [&] { button("FilterClearCmd")->click(); });
   auto radio = [&](const char* name) {
     return window->findChild<QRadioButton*>(QString::fromUtf8(name));
@@ -155,6 +193,9 @@ int main(int argc, char** argv) {
   };
   measure("sort_call", unselect, [&] { radio("SortCallButton")->click(); });
   measure("sort_utc", unselect, [&] { radio("SortUTCButton")->click(); });
+  app->advancedFilter.AdvancedSort(1).SetText("Call DESC, QSO_Begin");
+  app->advancedFilter.AdvancedSortSelect(1).SetValue(true);
+  measure("sort_call_desc_utc", unselect, [&] { radio("SortAdvancedButton")->click(); });
   app->advancedFilter.AdvancedSort(0).SetText("DXCCPrefix, Band DESC, Call, QSLSdate");
   app->advancedFilter.AdvancedSortSelect(0).SetValue(true);
   measure("sort_four_fields", unselect, [&] { radio("SortAdvancedButton")->click(); });
