@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "bench_util.h"
+#include "filters/filter_log.h"
 #include "config/vellum_setup.h"
 #include "platform/vb/date_value.h"
 #include "support/program_harness.h"
@@ -23,30 +24,6 @@ namespace {
 
 constexpr int kLogSize = 100000;
 constexpr int kRuns = 7;
-
-void FillLog(db::Database& log, int count) {
-  db::Recordset rs = log.OpenRecordset("QSOs", db::dbOpenDynaset);
-  std::mt19937 random(11);
-  const char* calls[] = {"K1", "K2", "W1", "DL1", "G4", "JA1", "VK2", "F6"};
-  const char* prefixes[] = {"K", "K", "K", "DL", "G", "JA", "VK", "F"};
-  const char* bands[] = {"20M", "40M", "15M", "10M", "80M", "160M", ""};
-  const char* modes[] = {"CW", "SSB", "RTTY", "PSK", "Hell"};
-  for (int i = 0; i < count; ++i) {
-    const int c = static_cast<int>(random() % 8);
-    rs.AddNew();
-    rs.Fields("Call").SetValue(vb::Variant(std::string(calls[c]) + "A" + std::to_string(i % 997)));
-    rs.Fields("DXCCPrefix").SetValue(vb::Variant(prefixes[c]));
-    const char* band = bands[random() % 7];
-    rs.Fields("Band").SetValue(*band ? vb::Variant(band) : vb::Variant::Null());
-    rs.Fields("Mode").SetValue(vb::Variant(modes[random() % 5]));
-    rs.Fields("QSO_Begin").SetValue(vb::Variant::FromDate(vb::DateSerial(2005, 1, 1) + i * 0.01));
-    if (random() % 50 == 0) rs.Fields("BROKEN").SetValue(vb::Variant("Y"));
-    if (random() % 3 == 0)
-      rs.Fields("QSLSdate").SetValue(vb::Variant("06/01/" + std::to_string(10 + i % 20)));
-    rs.Fields("myQTHID").SetValue(vb::Variant(random() % 10 == 0 ? "" : "HOME"));
-    rs.Update();
-  }
-}
 
 // Times `action` kRuns times after one run to warm the caches; the median in ms.
 double Time(const std::function<void()>& prepare, const std::function<void()>& action) {
@@ -75,7 +52,7 @@ int main() {
   Application& app = h.Start();
   h.loop.Advance(300);
   const std::string path = app.setup().LogPathname.Text();
-  FillLog(app.module.LogDatabase, kLogSize);
+  bench::FillFilterLog(app.module.LogDatabase, kLogSize);
   app.module.OpenLog(path, false);
   VellumMain& main = app.main;
   AdvancedFilter& window = app.advancedFilter;

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "bench_util.h"
+#include "filters/filter_log.h"
 #include "frame/settings_store.h"
 #include "platform/vb/date_locale.h"
 #include "platform/vb/date_value.h"
@@ -46,24 +47,6 @@ class PaintCounter : public QObject {
   }
 };
 
-void FillLog(db::Database& log) {
-  db::Recordset rs = log.OpenRecordset("QSOs", db::dbOpenDynaset);
-  std::mt19937 random(11);
-  const char* calls[] = {"K1", "K2", "W1", "DL1", "G4", "JA1", "VK2", "F6"};
-  const char* prefixes[] = {"K", "K", "K", "DL", "G", "JA", "VK", "F"};
-  const char* bands[] = {"20M", "40M", "15M", "10M", "80M"};
-  for (int i = 0; i < kLogSize; ++i) {
-    const int c = static_cast<int>(random() % 8);
-    rs.AddNew();
-    rs.Fields("Call").SetValue(vb::Variant(std::string(calls[c]) + "A" + std::to_string(i % 997)));
-    rs.Fields("DXCCPrefix").SetValue(vb::Variant(prefixes[c]));
-    rs.Fields("Band").SetValue(vb::Variant(bands[random() % 5]));
-    rs.Fields("Mode").SetValue(vb::Variant(random() % 2 ? "CW" : "SSB"));
-    rs.Fields("QSO_Begin").SetValue(vb::Variant::FromDate(vb::DateSerial(2005, 1, 1) + i * 0.01));
-    rs.Update();
-  }
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -89,7 +72,7 @@ int main(int argc, char** argv) {
   views.emplace(*app);
   app->Start();
   for (int i = 0; i < 50; ++i) QCoreApplication::processEvents();
-  FillLog(app->module.LogDatabase);
+  bench::FillFilterLog(app->module.LogDatabase, kLogSize);
   app->module.OpenLog(app->logPage.config.LogPathname(), false);
   QWidget* window = views->main.window();
   window->resize(1200, 800);
