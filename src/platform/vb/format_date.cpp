@@ -236,16 +236,36 @@ void CheckRange(double date) {
   if (!InDateRange(date)) Raise(kInvalidProcedureCall);
 }
 
-std::string Render(double date, const std::string& pattern, const DateLocale& locale, bool nested) {
+// The day's place in the week and the year, worked out only for the patterns that show them.
+struct Calendar {
+  int weekday;                // 1 = Sunday
+  int dayOfYear;              // 1..366
+  int januaryFirstWeekday;    // 1 = Sunday
+};
+
+Calendar CalendarOf(const DateParts& p) {
+  const long dayNumber = DaysFromCivil(p.year, p.month, p.day);
+  const long januaryFirst = DaysFromCivil(p.year, 1, 1);
+  return {FloorMod(dayNumber + 6, 7) + 1,  // day 0 was a Saturday
+          static_cast<int>(dayNumber - januaryFirst) + 1, FloorMod(januaryFirst + 6, 7) + 1};
+}
+
+std::string Render(double date, const DateParts& p, const std::string& pattern,
+                   const DateLocale& locale, bool nested) {
   const std::shared_ptr<const std::vector<Item>> parsed = ParsedItems(pattern, locale);
   const std::vector<Item>& items = *parsed;
   bool twelveHour = false;
-  for (const Item& item : items) twelveHour = twelveHour || item.field == Field::AmPm;
-  const DateParts p = SplitDate(date);
-  const long dayNumber = DaysFromCivil(p.year, p.month, p.day);
-  const int weekday = FloorMod(dayNumber + 6, 7) + 1;  // day 0 was a Saturday
-  const int dayOfYear = static_cast<int>(dayNumber - DaysFromCivil(p.year, 1, 1)) + 1;
-  const int januaryFirstWeekday = FloorMod(DaysFromCivil(p.year, 1, 1) + 6, 7) + 1;
+  bool needsCalendar = false;
+  for (const Item& item : items) {
+    twelveHour = twelveHour || item.field == Field::AmPm;
+    needsCalendar = needsCalendar || item.field == Field::WeekdayAbbr ||
+                    item.field == Field::WeekdayName || item.field == Field::DayOfYear ||
+                    item.field == Field::Weekday || item.field == Field::Week;
+  }
+  const Calendar calendar = needsCalendar ? CalendarOf(p) : Calendar{1, 1, 1};
+  const int weekday = calendar.weekday;
+  const int dayOfYear = calendar.dayOfYear;
+  const int januaryFirstWeekday = calendar.januaryFirstWeekday;
   const int hour = twelveHour ? (p.hour % 12 == 0 ? 12 : p.hour % 12) : p.hour;
 
   std::string out;
@@ -267,10 +287,10 @@ std::string Render(double date, const std::string& pattern, const DateLocale& lo
         out += locale.dayNames[weekday - 1];
         break;
       case Field::ShortDate:
-        out += nested ? Number(p.day, 2) : Render(date, locale.shortDatePattern, locale, true);
+        out += nested ? Number(p.day, 2) : Render(date, p, locale.shortDatePattern, locale, true);
         break;
       case Field::LongDate:
-        out += nested ? Number(p.day, 2) : Render(date, locale.longDatePattern, locale, true);
+        out += nested ? Number(p.day, 2) : Render(date, p, locale.longDatePattern, locale, true);
         break;
       case Field::Month:
         out += std::to_string(p.month);
@@ -352,18 +372,30 @@ std::string Render(double date, const std::string& pattern, const DateLocale& lo
 std::string FormatDate(double date, const std::string& pattern) {
   CheckRange(date);
   if (pattern.empty()) return DateToString(date);
-  return Render(date, pattern, CurrentDateLocale(), false);
+  return Render(date, SplitDate(date), pattern, CurrentDateLocale(), false);
 }
 
 std::string DateToString(double date) {
   CheckRange(date);
   const DateLocale& locale = CurrentDateLocale();
   const DateParts p = SplitDate(date);
-  const std::string time = Render(date, "hh:nn:ss", locale, true);
-  if (DaysFromCivil(p.year, p.month, p.day) == 0) return time;
-  const std::string day = Render(date, locale.shortDatePattern, locale, true);
-  if (p.hour == 0 && p.minute == 0 && p.second == 0) return day;
-  return day + " " + time;
+  const bool dayZero = p.year == 1899 && p.month == 12 && p.day == 30;
+  const bool midnight = p.hour == 0 && p.minute == 0 && p.second == 0;
+  // Every date of a log passes here when it is shown or exported: the time is written by hand
+  // rather than through its pattern.
+  std::string out;
+  if (!dayZero) out = Render(date, p, locale.shortDatePattern, locale, true);
+  if (dayZero || !midnight) {
+    char time[9] = {static_cast<char>('0' + p.hour / 10),   static_cast<char>('0' + p.hour % 10),
+                    locale.timeSeparator,
+                    static_cast<char>('0' + p.minute / 10), static_cast<char>('0' + p.minute % 10),
+                    locale.timeSeparator,
+                    static_cast<char>('0' + p.second / 10), static_cast<char>('0' + p.second % 10),
+                    '\0'};
+    if (!dayZero) out += ' ';
+    out.append(time, 8);
+  }
+  return out;
 }
 
 }  // namespace vellumar::vb
