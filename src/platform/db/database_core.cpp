@@ -250,7 +250,8 @@ FileStamp DatabaseCore::StampFile(bool headerVouches) {
   stamp.taken = true;
   // Inside a transaction of the caller's the rows may come from a snapshot older than the
   // header: the data version of that snapshot is taken instead.
-  const volatile unsigned char* index = headerVouches ? walIndex_ : nullptr;
+  const volatile uint64_t* index =
+      headerVouches ? reinterpret_cast<const volatile uint64_t*>(walIndex_) : nullptr;
   if (index) {
     for (size_t i = 0; i < stamp.header.size(); ++i) stamp.header[i] = index[i];
     stamp.fromHeader = true;
@@ -267,8 +268,9 @@ bool DatabaseCore::FileChangedSince(const FileStamp& stamp) {
   // differs and counts as a change. In a transaction of the caller's the header says nothing
   // of its snapshot: the rows are read again.
   if (!sqlite3_get_autocommit(conn_.get()) || walIndex_ == nullptr) return true;
+  const auto* index = reinterpret_cast<const volatile uint64_t*>(walIndex_);
   for (size_t i = 0; i < stamp.header.size(); ++i)
-    if (walIndex_[i] != stamp.header[i]) return true;
+    if (index[i] != stamp.header[i]) return true;
   return false;
 }
 

@@ -76,7 +76,9 @@ struct FileStamp {
   bool taken = false;       // false: no moment recorded; the file counts as changed
   bool fromHeader = false;  // header holds the index header; else dataVersion counts
   int64_t dataVersion = -1;
-  std::array<unsigned char, 96> header{};
+  // The 96 bytes read as words: the index is mapped at a page boundary, and a walk checks it
+  // at every move.
+  std::array<uint64_t, 12> header{};
 };
 
 // A read transaction around the few statements of one call, so that they see one state of the

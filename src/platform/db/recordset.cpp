@@ -344,16 +344,6 @@ void RecordsetCore::ReadAhead(size_t position) {
   bool headerVouches = sqlite3_get_autocommit(db_->handle()) && db_->WalIndexReady();
   ReadTransaction transaction(*db_);
   FileStamp stamp = db_->StampFile(headerVouches);
-  if (readAheadSql_.size() <= log2) readAheadSql_.resize(log2 + 1);
-  std::string& sql = readAheadSql_[log2];
-  if (sql.empty()) {
-    sql = "SELECT rowid";
-    for (const auto& column : schema_->columns) sql += ", " + QuoteName(column.name);
-    sql += " FROM " + QuoteName(schema_->name) + " WHERE rowid IN (";
-    for (size_t i = 0; i < aheadWindow_; ++i) sql += i ? ", ?" : "?";
-    sql += ")";
-  }
-  auto q = db_->Prepare(sql);
   // The rowids of the block sorted, to place the rows SQLite returns (in rowid order).
   auto& order = readAheadOrder_;
   order.clear();
@@ -361,11 +351,40 @@ void RecordsetCore::ReadAhead(size_t position) {
     int64_t rowid = keys_->rowid(p);
     ahead_.rowids[p - first] = rowid;
     if (keys_->deleted(p)) continue;  // deleted here: never read
-    q->Bind(static_cast<int>(order.size()) + 1, rowid);
     order.emplace_back(rowid, static_cast<int32_t>(p - first));
   }
-  // Unused parameters stay Null, which matches no rowid.
   std::sort(order.begin(), order.end());
+  // Rowids lying close together (a table in its own order, a log sorted by time as it was
+  // logged) are read as a range, a plain scan of the table; scattered ones by their list. Rows
+  // of the range outside the block are stepped over, at most as many as the block holds.
+  bool dense = !order.empty() &&
+               static_cast<uint64_t>(order.back().first - order.front().first) < 2 * order.size();
+  const std::string* sql = &readRangeSql_;
+  if (dense && readRangeSql_.empty()) {
+    readRangeSql_ = "SELECT rowid";
+    for (const auto& column : schema_->columns) readRangeSql_ += ", " + QuoteName(column.name);
+    readRangeSql_ += " FROM " + QuoteName(schema_->name) + " WHERE rowid BETWEEN ? AND ?";
+  }
+  if (!dense) {
+    if (readAheadSql_.size() <= log2) readAheadSql_.resize(log2 + 1);
+    std::string& list = readAheadSql_[log2];
+    if (list.empty()) {
+      list = "SELECT rowid";
+      for (const auto& column : schema_->columns) list += ", " + QuoteName(column.name);
+      list += " FROM " + QuoteName(schema_->name) + " WHERE rowid IN (";
+      for (size_t i = 0; i < aheadWindow_; ++i) list += i ? ", ?" : "?";
+      list += ")";
+    }
+    sql = &list;
+  }
+  auto q = db_->Prepare(*sql);
+  if (dense) {
+    q->Bind(1, order.front().first);
+    q->Bind(2, order.back().first);
+  } else {
+    // Unused parameters stay Null, which matches no rowid.
+    for (size_t i = 0; i < order.size(); ++i) q->Bind(static_cast<int>(i) + 1, order[i].first);
+  }
   size_t columns = schema_->columns.size();
   if (ahead_.values.size() < order.size() * columns) ahead_.values.resize(order.size() * columns);
   int32_t rows = 0;

@@ -168,6 +168,7 @@ class RecordsetCore : public std::enable_shared_from_this<RecordsetCore> {
   size_t aheadWindow_ = 1;                 // size of the last block read: grows along a walk
   size_t lastRead_ = SIZE_MAX;             // key set position of the row read last
   std::vector<std::string> readAheadSql_;  // by log2 of the block size, built when first needed
+  std::string readRangeSql_;  // the block's rows by a range of rowids, built when first needed
   std::vector<std::pair<int64_t, int32_t>> readAheadOrder_;  // (rowid, index) of a block, sorted
 
   std::string selectRowSql_;  // SELECT <columns> FROM <table> WHERE rowid = ?

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
@@ -127,6 +128,64 @@ TEST_F(ReadAheadTest, SortedViewVisitsRowidsOutOfOrderBothWays) {
     EXPECT_EQ(Original(Id(view)), Text(view, "Value"));
   }
   EXPECT_EQ(0, key);
+}
+
+// A filter keeping every other row, or seven of ten: the rows of a block lie close together and
+// are read as a range of rowids, whose rows outside the view must never be shown.
+TEST_F(ReadAheadTest, FilteredViewReadAsARangeShowsOnlyItsOwnRows) {
+  struct Case {
+    const char* filter;
+    bool (*keeps)(int id);
+  };
+  for (const Case& c : {Case{"Value LIKE '*[13579]'", [](int id) { return id % 2 == 1; }},
+                        Case{"Value LIKE '*[0-6]'", [](int id) { return id % 10 <= 6; }}}) {
+    Recordset base = Table();
+    base.SetFilter(c.filter);
+    Recordset view = base.OpenRecordset();
+    std::vector<int> seen;
+    for (view.MoveFirst(); !view.EOF_(); view.MoveNext()) {
+      int id = Id(view);
+      ASSERT_TRUE(c.keeps(id)) << "a row outside the filter was shown: " << id;
+      EXPECT_EQ(Original(id), Text(view, "Value"));
+      seen.push_back(id);
+    }
+    std::vector<int> expected;
+    for (int id = 1; id <= kRows; ++id)
+      if (c.keeps(id)) expected.push_back(id);
+    EXPECT_EQ(expected, seen) << c.filter;
+    std::vector<int> back;
+    for (view.MoveLast(); !view.BOF(); view.MovePrevious()) back.push_back(Id(view));
+    std::reverse(back.begin(), back.end());
+    EXPECT_EQ(expected, back) << c.filter;
+  }
+}
+
+// Rows deleted by another connection in the middle of a range are gone from the walk; rows added
+// after the view was opened are not part of it.
+TEST_F(ReadAheadTest, RangeReadSkipsRowsDeletedAndAddedElsewhere) {
+  Recordset rs = Table();
+  WalkTo(rs, 10);
+  Database other = DBEngine::Workspaces(0).OpenDatabase(path_);
+  for (int id : {300, 301, 450}) DeleteRow(other, id);
+  {
+    Recordset add = other.OpenRecordset("Walk", dbOpenDynaset);
+    AddRow(add, {{"Id", kRows + 1}, {"SortKey", kRows + 1}, {"Value", Original(kRows + 1)}});
+  }
+  std::vector<int> seen;
+  for (; !rs.EOF_(); rs.MoveNext()) {
+    try {
+      seen.push_back(Id(rs));
+    } catch (const vb::VbError& e) {
+      EXPECT_EQ(3167, e.number());  // a row deleted since the view was opened
+    }
+  }
+  for (int id : seen) {
+    EXPECT_NE(300, id);
+    EXPECT_NE(301, id);
+    EXPECT_NE(450, id);
+    EXPECT_LE(id, kRows);
+  }
+  EXPECT_EQ(static_cast<size_t>(kRows - 10 - 3), seen.size());
 }
 
 TEST_F(ReadAheadTest, SecondDatabaseChangesRowsAlreadyReadAhead) {
