@@ -16,6 +16,7 @@
 #include "frame/settings_store.h"
 #include "platform/services/clock.h"
 #include "program/application.h"
+#include "qt/first_paint_probe.h"
 #include "qt/program_views.h"
 #include "qt/qt_desktop.h"
 #include "qt/qt_event_loop.h"
@@ -58,6 +59,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("Vellumar"));
   // Windows close when their forms unload; the last one closing ends nothing by itself.
   QApplication::setQuitOnLastWindowClosed(false);
+  vellumar::qt::FirstPaintProbe::InstallWhenAsked();
 
   vellumar::qt::QtEventLoop loop;
   vellumar::qt::QtDesktop desktop;

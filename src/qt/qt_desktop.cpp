@@ -98,10 +98,13 @@ int QtDesktop::MsgBox(const std::string& prompt, int buttons, const std::string&
 
 std::string QtDesktop::InputBox(const std::string& prompt, const std::string& title,
                                 const std::string& defaultText) {
-  bool ok = false;
-  const QString text = QInputDialog::getText(DialogParent(), TitleOr(title), ToQString(prompt),
-                                             QLineEdit::Normal, ToQString(defaultText), &ok);
-  return ok ? ToStdString(text) : std::string();
+  QInputDialog dialog(DialogParent());
+  dialog.setObjectName(QStringLiteral("InputBox"));  // named for scripts that drive the program
+  dialog.setWindowTitle(TitleOr(title));
+  dialog.setInputMode(QInputDialog::TextInput);
+  dialog.setLabelText(ToQString(prompt));
+  dialog.setTextValue(ToQString(defaultText));
+  return dialog.exec() == QDialog::Accepted ? ToStdString(dialog.textValue()) : std::string();
 }
 
 std::string QtDesktop::FileDialog(const ui::FileDialogRequest& request, bool save) {
