@@ -8,13 +8,14 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 
 namespace vellumar {
 
 namespace {
 
 constexpr char kMagic[8] = {'V', 'L', 'M', 'D', 'X', 'C', 'C', '\n'};
-constexpr uint32_t kFormat = 1;  // raised whenever the layout below changes
+constexpr uint32_t kFormat = 2;  // raised whenever the layout below changes
 
 // The database file as it stands: what a change of its content changes.
 struct SourceStamp {
@@ -32,6 +33,7 @@ struct Header {
   uint32_t format;
   uint32_t headerBytes;  // sizeof(Header): another build's layout shows here too
   SourceStamp source;
+  uint64_t sourceDigest;  // of the database's bytes (and its log's): a copy of it is the same
   uint64_t payloadBytes;
   uint64_t checksum;  // of the payload
 };
@@ -66,6 +68,23 @@ uint64_t Checksum(const char* data, size_t n) {
   }
   for (; i < n; ++i) h = (h ^ static_cast<unsigned char>(data[i])) * 0xc4ceb9fe1a85ec53ull;
   return h ^ (h >> 29);
+}
+
+// The database's content: its file's bytes, and its write-ahead log's when that holds any. A
+// form copied with the database it was made from (the installed pair, on a first start) is
+// recognised by this when the file's stamp is new; nullopt when a file can't be read.
+std::optional<uint64_t> SourceDigest(const std::string& path) {
+  auto digestOf = [](const std::string& file, bool mustExist) -> std::optional<uint64_t> {
+    std::ifstream in(file, std::ios::binary);
+    if (!in) return mustExist ? std::nullopt : std::optional<uint64_t>(0);
+    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (in.bad()) return std::nullopt;
+    return bytes.empty() ? 0 : Checksum(bytes.data(), bytes.size());
+  };
+  std::optional<uint64_t> main = digestOf(path, true);
+  std::optional<uint64_t> wal = digestOf(path + "-wal", false);
+  if (!main || !wal) return std::nullopt;
+  return *main ^ ((*wal << 1) | (*wal >> 63));
 }
 
 // The payload, section by section, each padded to eight bytes.
@@ -134,14 +153,23 @@ bool ReadDXCCCompact(const std::string& databasePath, DXCCTables& tables) {
   tables.Clear();
   SourceStamp now;
   if (!Stamp(databasePath, now)) return false;
-  std::ifstream in(DXCCCompactPath(databasePath), std::ios::binary);
+  const std::string formPath = DXCCCompactPath(databasePath);
+  std::ifstream in(formPath, std::ios::binary);
   if (!in) return false;
   Header header{};
   if (!in.read(reinterpret_cast<char*>(&header), sizeof header)) return false;
   if (std::memcmp(header.magic, kMagic, sizeof kMagic) != 0 || header.format != kFormat ||
-      header.headerBytes != sizeof(Header) || !(header.source == now) ||
-      header.payloadBytes > (uint64_t{1} << 31) || header.payloadBytes % 8 != 0)
+      header.headerBytes != sizeof(Header) || header.payloadBytes > (uint64_t{1} << 31) ||
+      header.payloadBytes % 8 != 0)
     return false;
+  // Made from another file: used only when that file had the same bytes, and then stamped with
+  // this one, so that the next start needn't read the database to know.
+  bool restamp = false;
+  if (!(header.source == now)) {
+    std::optional<uint64_t> digest = SourceDigest(databasePath);
+    if (!digest || *digest != header.sourceDigest) return false;
+    restamp = true;
+  }
   std::string payload(header.payloadBytes, '\0');
   if (!in.read(payload.data(), static_cast<std::streamsize>(payload.size())) ||
       in.peek() != std::char_traits<char>::eof())
@@ -167,13 +195,22 @@ bool ReadDXCCCompact(const std::string& databasePath, DXCCTables& tables) {
     tables.Clear();
     return false;
   }
+  if (restamp) {
+    // The header alone is written over; one cut short fails the checks above next time, and
+    // the form is then made anew from the database.
+    in.close();
+    header.source = now;
+    std::fstream out(formPath, std::ios::binary | std::ios::in | std::ios::out);
+    if (out) out.write(reinterpret_cast<const char*>(&header), sizeof header);
+  }
   return true;
 }
 
 namespace {
 
-// Writes the form of tables read from the database as `source` stamped it.
-bool WriteStamped(const std::string& databasePath, DXCCTables& tables, const SourceStamp& source) {
+// Writes the form of tables read from the database as `source` stamped it and `digest` summed it.
+bool WriteStamped(const std::string& databasePath, DXCCTables& tables, const SourceStamp& source,
+                  uint64_t digest) {
   DXCCTables::Parts parts = tables.MutableParts();
   Writer w;
   w.Word(*parts.longestPrefixKey);
@@ -189,6 +226,7 @@ bool WriteStamped(const std::string& databasePath, DXCCTables& tables, const Sou
   header.format = kFormat;
   header.headerBytes = sizeof(Header);
   header.source = source;
+  header.sourceDigest = digest;
   header.payloadBytes = w.out.size();
   header.checksum = Checksum(w.out.data(), w.out.size());
 
@@ -216,7 +254,11 @@ bool WriteStamped(const std::string& databasePath, DXCCTables& tables, const Sou
 
 bool WriteDXCCCompact(const std::string& databasePath, DXCCTables& tables) {
   SourceStamp source;
-  return Stamp(databasePath, source) && WriteStamped(databasePath, tables, source);
+  if (!Stamp(databasePath, source)) return false;
+  std::optional<uint64_t> digest = SourceDigest(databasePath);
+  SourceStamp after;
+  return digest && Stamp(databasePath, after) && after == source &&
+         WriteStamped(databasePath, tables, source, *digest);
 }
 
 void LoadDXCCTables(const std::string& databasePath, db::Database& database, DXCCTables& tables,
@@ -230,8 +272,9 @@ void LoadDXCCTables(const std::string& databasePath, db::Database& database, DXC
   SourceStamp before, after;
   bool stamped = Stamp(databasePath, before);
   tables.Load(database);
-  if (stamped && Stamp(databasePath, after) && after == before)
-    WriteStamped(databasePath, tables, before);
+  std::optional<uint64_t> digest = stamped ? SourceDigest(databasePath) : std::nullopt;
+  if (digest && Stamp(databasePath, after) && after == before)
+    WriteStamped(databasePath, tables, before, *digest);
 }
 
 }  // namespace vellumar

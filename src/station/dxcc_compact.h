@@ -3,9 +3,11 @@
 // the loaded tables as they lie in memory, so that a start reads a few megabytes instead of
 // walking 300,000 rows. The database stays the only source: the form names the database file it
 // was made from (device, inode, size and modification time of the file and of its write-ahead
-// log), and a form made from anything else, or of another format, or whose checksum or structure
-// fails, is never used; the tables are then loaded from the database and the form written anew.
-// The database itself is never written.
+// log) and sums its bytes. A form whose file stamp differs is used only when the database's
+// bytes sum as they did (a copy of the pair, as a first start makes of the installed files), and
+// is then stamped anew; a form made from anything else, or of another format, or whose checksum
+// or structure fails, is never used: the tables are then loaded from the database and the form
+// written anew. The database itself is never written.
 #include <string>
 
 #include "station/dxcc_tables.h"

@@ -14,6 +14,8 @@ std::string InstalledDataFolder() {
 const std::vector<InstalledFile>& StationInstalledFiles() {
   static const std::vector<InstalledFile> files = {
       {"DXCC.vdb", "Databases/DXCC.vdb"},
+      // Its tables' compact form, made at the build: used while the copy has its bytes.
+      {"DXCC.vdb.lookup", "Databases/DXCC.vdb.lookup"},
       {"Bands.txt", "Databases/Bands.txt"},
   };
   return files;

@@ -404,6 +404,54 @@ TEST_F(LookupTest, StaleCompactFormIsRebuiltFromTheNewDatabase) {
   EXPECT_TRUE(LoadsFromCompact(dir.Join("Databases/DXCC.vdb")));  // written anew
 }
 
+// A first start copies the installed database and its form: the copy has a new file stamp but
+// the same bytes, so the form is used and stamped for the copy.
+TEST_F(LookupTest, CompactFormCopiedWithItsDatabaseIsUsedAndStampedAnew) {
+  Open();
+  module.reset();
+  const std::string path = dir.Join("Databases/DXCC.vdb");
+  test::TempDir other;
+  const std::string copy = other.Join("DXCC.vdb");
+  std::filesystem::copy_file(path, copy);
+  std::filesystem::copy_file(DXCCCompactPath(path), DXCCCompactPath(copy));
+  std::ifstream before(DXCCCompactPath(copy), std::ios::binary);
+  std::string headerBefore(64, '\0');
+  before.read(headerBefore.data(), 64);
+  before.close();
+  EXPECT_TRUE(LoadsFromCompact(copy));
+  std::ifstream after(DXCCCompactPath(copy), std::ios::binary);
+  std::string headerAfter(64, '\0');
+  after.read(headerAfter.data(), 64);
+  EXPECT_NE(headerBefore, headerAfter);  // the copy's stamp written in
+  EXPECT_TRUE(LoadsFromCompact(copy));
+  EXPECT_TRUE(LoadsFromCompact(path));  // the original's form is untouched
+}
+
+// A database of the same size whose bytes differ from the form's source (an entity edited in a
+// copy) never answers from the form.
+TEST_F(LookupTest, CompactFormBesideADatabaseOfOtherBytesIsRebuilt) {
+  Open();
+  module.reset();
+  const std::string path = dir.Join("Databases/DXCC.vdb");
+  test::TempDir other;
+  const std::string copy = other.Join("DXCC.vdb");
+  std::filesystem::copy_file(path, copy);
+  std::filesystem::copy_file(DXCCCompactPath(path), DXCCCompactPath(copy));
+  {
+    db::Database edited = db::DBEngine::Workspaces(0).OpenDatabase(copy);
+    db::Recordset rs = edited.OpenRecordset("Location", db::dbOpenDynaset);
+    rs.FindFirst("Place = 'L1'");
+    ASSERT_FALSE(rs.NoMatch());
+    rs.Edit();
+    rs.Fields("CQZone").SetValue(vb::Variant(static_cast<int16_t>(40)));
+    rs.Update();
+    rs.Close();
+    edited.Close();
+  }
+  EXPECT_FALSE(LoadsFromCompact(copy));
+  EXPECT_TRUE(LoadsFromCompact(copy));  // written anew for the edited copy
+}
+
 TEST_F(LookupTest, CorruptOrCutCompactFormIsNotTrusted) {
   Open();
   const std::string form = CompactPath(dir);

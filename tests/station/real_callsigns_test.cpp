@@ -11,8 +11,12 @@
 #include <string>
 #include <vector>
 
+#include "platform/db/database.h"
+#include "station/dxcc_compact.h"
 #include "station/dxcc_module.h"
+#include "station/installed_files.h"
 #include "support/scripted_desktop.h"
+#include "support/temp_dir.h"
 
 namespace vellumar {
 namespace {
@@ -86,6 +90,31 @@ TEST(RealCallsigns, GeneratedDatabaseAgreesWithTheLogs) {
   std::printf("misses:\n%s", misses.c_str());
   EXPECT_TRUE(notes.empty()) << notes.front();
   EXPECT_GE(percent, 98.5);
+}
+
+}  // namespace
+}  // namespace vellumar
+
+namespace vellumar {
+namespace {
+
+// A first start copies the installed database and the compact form the build made of it: the
+// copy loads from the form, without walking the database's rows.
+TEST(InstalledDXCC, FirstStartCopyLoadsFromTheInstalledForm) {
+  const std::string data = std::string(VELLUMAR_BINARY_DIR) + "/data";
+  ASSERT_TRUE(std::filesystem::exists(data + "/DXCC.vdb.lookup")) << "build dxcc_database first";
+  test::TempDir home;
+  std::vector<std::string> copied =
+      CopyInstalledFilesWhenMissing(data, home.path(), StationInstalledFiles());
+  EXPECT_EQ(copied, (std::vector<std::string>{"Databases/DXCC.vdb", "Databases/DXCC.vdb.lookup",
+                                               "Databases/Bands.txt"}));
+  const std::string path = home.Join("Databases/DXCC.vdb");
+  db::Database database = db::DBEngine::Workspaces(0).OpenDatabase(path, true);
+  DXCCTables tables;
+  bool fromCompact = false;
+  LoadDXCCTables(path, database, tables, &fromCompact);
+  EXPECT_TRUE(fromCompact);
+  EXPECT_GT(tables.LongestPrefixKey(), 0u);
 }
 
 }  // namespace
