@@ -244,6 +244,53 @@ TEST_F(DeleteTest, DeletingARowLandsOnTheRowBeforeIt) {
   EXPECT_EQ(log().EditMode(), db::dbEditInProgress);
 }
 
+// The row landed on after a delete may itself be deleted next: each delete lands on the row
+// before, and the panel and the display's row are always a live QSO.
+TEST_F(DeleteTest, TwoDeletesInARowEachLandOnTheRowBefore) {
+  main().LogLastCmd.UserClick();
+  h.desktop.ExpectMsgBox("Delete current QSO?", ui::vbYes);
+  main().DeleteCmd.UserClick();
+  EXPECT_EQ(box(1).Text(), "K2BB");
+  h.desktop.ExpectMsgBox("Delete current QSO?", ui::vbYes);
+  main().DeleteCmd.UserClick();
+  EXPECT_EQ(RowsInFile(), 1);
+  EXPECT_EQ(box(1).Text(), "K1AA");
+  EXPECT_EQ(main().LogPosition.Recordset().Fields("Call").Value().ToStringOrEmpty(), "K1AA");
+}
+
+// The operator saves a new QSO and deletes it at once, without moving: the delete lands on the
+// row before it, never on the deleted row.
+TEST_F(DeleteTest, DeletingTheQSOJustSavedLandsOnTheRowBefore) {
+  LogQSO("K4DD");
+  EXPECT_EQ(box(1).Text(), "K4DD");
+  h.desktop.ExpectMsgBox("Delete current QSO?", ui::vbYes);
+  main().DeleteCmd.UserClick();
+  EXPECT_EQ(RowsInFile(), 3);
+  EXPECT_EQ(FileValue("K4DD", "Call"), "<no QSO>");
+  EXPECT_EQ(box(1).Text(), "K3CC");
+  EXPECT_EQ(main().LogPosition.Recordset().Fields("Call").Value().ToStringOrEmpty(), "K3CC");
+}
+
+// The newest QSO deleted, then new QSOs logged: each is a row of its own (the file never gives
+// the deleted row's place to the next one while the display holds it), the QSO the delete landed
+// on keeps its own, and a delete of the QSO just saved lands on a live row.
+TEST_F(DeleteTest, NewQSOsAfterDeletingTheNewestKeepEveryOtherQSO) {
+  for (const char* call : {"K4DD", "K5EE", "K6FF"}) LogQSO(call);
+  h.desktop.ExpectMsgBox("Delete current QSO?", ui::vbYes);
+  main().DeleteCmd.UserClick();
+  EXPECT_EQ(box(1).Text(), "K5EE");
+  for (const char* call : {"K7GG", "K8HH"}) LogQSO(call);
+  EXPECT_EQ(FileValue("K5EE", "Call"), "K5EE");
+  EXPECT_EQ(FileValue("K7GG", "Call"), "K7GG");
+  EXPECT_EQ(RowsInFile(), 7);
+  h.desktop.ExpectMsgBox("Delete current QSO?", ui::vbYes);
+  main().DeleteCmd.UserClick();
+  EXPECT_EQ(FileValue("K8HH", "Call"), "<no QSO>");
+  EXPECT_EQ(box(1).Text(), "K7GG");
+  EXPECT_EQ(main().LogPosition.Recordset().Fields("Call").Value().ToStringOrEmpty(), "K7GG");
+  EXPECT_EQ(RowsInFile(), 6);
+}
+
 TEST_F(DeleteTest, DeletingTheFirstRowLandsOnTheNewFirst) {
   main().LogFirstCmd.UserClick();
   EXPECT_EQ(box(1).Text(), "K1AA");

@@ -131,6 +131,18 @@ class DatabaseCore : public std::enable_shared_from_this<DatabaseCore> {
   // Rises with every write made through this database, so that row caches know to re-read.
   uint64_t dataVersion() const { return dataVersion_; }
   void DataChanged() { ++dataVersion_; }
+
+  // The highest rowid of a table that a key set of this database has held or a row added here
+  // has taken. A new row takes one above it: SQLite would give a deleted last row's rowid to the
+  // next row, and a key set still holding the old one would take the new row for it.
+  int64_t RowidHighWater(const std::string& table) const {
+    auto it = rowidHighWater_.find(table);
+    return it == rowidHighWater_.end() ? 0 : it->second;
+  }
+  void RaiseRowidHighWater(const std::string& table, int64_t rowid) {
+    int64_t& high = rowidHighWater_[table];
+    if (rowid > high) high = rowid;
+  }
   // The file's version as this connection sees it (PRAGMA data_version): it moves when another
   // connection, in this process or another, commits a change, and not for this connection's own
   // writes, which dataVersion() counts. Reading it takes one read transaction.
@@ -168,6 +180,7 @@ class DatabaseCore : public std::enable_shared_from_this<DatabaseCore> {
   // The write-ahead log's index as SQLite maps it for this connection (its first region, which
   // begins with the two header copies); null until looked for, or where there is none.
   const volatile unsigned char* walIndex_ = nullptr;
+  std::unordered_map<std::string, int64_t> rowidHighWater_;  // by table name as the schema has it
   bool walIndexSought_ = false;
   const volatile unsigned char* WalIndex();
   Connection conn_;

@@ -100,6 +100,9 @@ std::optional<size_t> KeySet::Find(int64_t rowid) const {
   if (!indexValid_) BuildIndex();
   auto it = std::lower_bound(index_.begin(), index_.end(), std::make_pair(rowid, uint32_t{0}));
   if (it == index_.end() || it->first != rowid) return std::nullopt;
+  // A rowid another program gave again after a delete may stand twice: the live one is meant.
+  for (auto live = it; live != index_.end() && live->first == rowid; ++live)
+    if (!deleted(live->second)) return live->second;
   return it->second;
 }
 

@@ -104,7 +104,12 @@ std::vector<int64_t> RecordsetCore::LoadKeys() const {
   auto q = db_->Prepare(sql);
   q->BindAll(filter_.params);
   std::vector<int64_t> keys;
-  while (q->Step()) keys.push_back(q->Int(0));
+  int64_t highest = 0;
+  while (q->Step()) {
+    keys.push_back(q->Int(0));
+    highest = std::max(highest, keys.back());
+  }
+  db_->RaiseRowidHighWater(schema_->name, highest);
   if (order.empty() && !std::is_sorted(keys.begin(), keys.end())) {
     std::sort(keys.begin(), keys.end());
   }
@@ -617,18 +622,17 @@ void RecordsetCore::Update() {
       }
       if (!sql.empty()) sql += " WHERE rowid = ?";
     } else {
-      std::string columns, values;
+      // The rowid: above the table's highest and above any this database has held (bound
+      // first), so that a deleted row's rowid is never given again while a key set may hold it.
+      std::string columns = "rowid",
+                  values = "max(?, coalesce((SELECT max(rowid) FROM " + QuoteName(table) +
+                           "), 0)) + 1";
       for (size_t i = 0; i < buffer_.size(); ++i) {
         if (!dirty_[i]) continue;
-        if (!columns.empty()) {
-          columns += ", ";
-          values += ", ";
-        }
-        columns += QuoteName(schema_->columns[i].name);
-        values += "?";
+        columns += ", " + QuoteName(schema_->columns[i].name);
+        values += ", ?";
       }
-      sql = "INSERT INTO " + QuoteName(table) +
-            (columns.empty() ? " DEFAULT VALUES" : "(" + columns + ") VALUES(" + values + ")");
+      sql = "INSERT INTO " + QuoteName(table) + "(" + columns + ") VALUES(" + values + ")";
     }
     writeSql_ = std::move(sql);
     writeColumns_ = dirty_;
@@ -636,8 +640,7 @@ void RecordsetCore::Update() {
   }
   // The values are bound where they stand in the buffer, which outlives the statement's run;
   // the statement is reset before the buffer goes.
-  auto bindBuffer = [this](Statement& q) {
-    int index = 0;
+  auto bindBuffer = [this](Statement& q, int index) {
     for (size_t i = 0; i < buffer_.size(); ++i)
       if (dirty_[i]) q.BindInPlace(++index, buffer_[i]);
     return index;
@@ -646,7 +649,7 @@ void RecordsetCore::Update() {
     if (!writeSql_.empty()) {
       {
         auto q = db_->Prepare(writeSql_);
-        q->Bind(bindBuffer(*q) + 1, SqlValue{editRowid_});
+        q->Bind(bindBuffer(*q, 0) + 1, SqlValue{editRowid_});
         q->Run();
       }
       if (sqlite3_changes(db_->handle()) == 0) RecordDeleted();
@@ -657,10 +660,12 @@ void RecordsetCore::Update() {
   } else {
     {
       auto q = db_->Prepare(writeSql_);
-      bindBuffer(*q);
+      q->Bind(1, SqlValue{db_->RowidHighWater(schema_->name)});
+      bindBuffer(*q, 1);
       q->Run();
     }
     int64_t rowid = sqlite3_last_insert_rowid(db_->handle());
+    db_->RaiseRowidHighWater(schema_->name, rowid);
     db_->DataChanged();
     keys_->Append(rowid);
     lastModified_ = BookmarkValue{rowid};

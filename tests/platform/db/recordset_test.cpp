@@ -54,6 +54,26 @@ class RecordsetTest : public ::testing::Test {
   Database db_;
 };
 
+// The last row deleted and a row added: the new row has a bookmark of its own, never the
+// deleted row's, in the recordset that deleted it and in another that held it.
+TEST_F(RecordsetTest, ARowAddedAfterTheLastWasDeletedNeverTakesItsBookmark) {
+  Recordset other = db_.OpenRecordset("QSOs", dbOpenDynaset);
+  Recordset rs = db_.OpenRecordset("QSOs", dbOpenDynaset);
+  rs.MoveLast();
+  const BookmarkValue deleted = rs.Bookmark();
+  rs.Delete();
+  AddRow(rs, {{"Call", "N0NEW"}});
+  const BookmarkValue added = rs.LastModified();
+  EXPECT_FALSE(added == deleted);
+  rs.SetBookmark(added);
+  EXPECT_EQ(Text(rs, "Call"), "N0NEW");
+  // The other recordset still holds the deleted row, which stays deleted.
+  other.MoveLast();
+  EXPECT_EQ(ErrorOf([&] { (void)other.Fields("Call").Value(); }), 3167);
+  EXPECT_EQ((Strings{"W1AW", "K1ABC", "dl1xyz", "k1abc", "N0NEW"}),
+            Column(db_.OpenRecordset("QSOs", dbOpenDynaset), "Call"));
+}
+
 TEST_F(RecordsetTest, DynasetWithoutSortIsInInsertionOrder) {
   EXPECT_EQ((Strings{"W1AW", "K1ABC", "dl1xyz", "k1abc", "VE3XX"}),
             Column(db_.OpenRecordset("QSOs", dbOpenDynaset), "Call"));
