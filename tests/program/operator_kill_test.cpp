@@ -1,11 +1,13 @@
 // The program's headless core killed with SIGKILL while an operator works the Log page: a child
-// process starts the program on a new log and saves QSOs (band by frequency, mode, QSL received)
-// and edits the name of the one in hand, telling its parent after every save that returned; the parent kills
-// it at a random moment. Afterwards the log passes SQLite's integrity check and holds every QSO
-// whose save had returned, as saved, at most one more (the QSO in hand, which New writes as an
-// empty row at once), no row torn; and no Progress letter is stronger than a recompute of the log makes it (a kill
-// between a row and its Progress update leaves the letter behind, never ahead). 100 runs, each
-// with its seed printed on failure.
+// process starts the program on a new log and saves QSOs (band by frequency, mode, QSL received),
+// edits the name of the one in hand, confirms it (Confirm) and deletes it (Delete), telling its
+// parent after every command that returned; the parent kills it at a random moment. Afterwards
+// the log passes SQLite's integrity check and holds every QSO whose save had returned and whose
+// delete had not begun, as saved, at most one more (the QSO in hand, which New writes as an empty
+// row at once), no row torn, none whose delete had returned; and no Progress letter is stronger
+// than a recompute of the log and of the QSOs deleted makes it (a delete leaves its letters, and
+// a kill between a row and its Progress update leaves the letter behind, never ahead). 100 runs,
+// each with its seed printed on failure.
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
@@ -18,6 +20,7 @@
 #include <filesystem>
 #include <map>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -36,8 +39,10 @@ struct Saved {
   std::string band, mode, qslRcvd;
 };
 
-// The child: works the Log page until killed, a line to `out` after every save that returned.
-[[noreturn]] void Operate(int out, unsigned seed) {
+// The child: works the Log page until killed, a line to `out` after every command that returned.
+// Without confirmsAndDeletes it only saves new QSOs and edits names, which leave what a reader
+// compares (band, mode, card) as saved.
+[[noreturn]] void Operate(int out, unsigned seed, bool confirmsAndDeletes) {
   auto say = [out](const std::string& line) {
     const std::string text = line + "\n";
     if (write(out, text.data(), text.size()) < 0) _exit(3);
@@ -61,8 +66,38 @@ struct Saved {
   static const char* kPrefixes[] = {"K", "W", "DL", "G", "JA", "VE", "ZZ9"};
   static const char* kNames[] = {"Hans", "Yuki", "Bob", "Ana"};
   std::mt19937 random(seed);
+  // The display's recordset is asked for anew each time: a delete of the last QSO reopens the log.
+  auto text = [&main](const char* name) {
+    return main.LogPosition.Recordset().Fields(name).Value().ToStringOrEmpty();
+  };
+  auto tellSaved = [&] {
+    say("saved|" + text("Call") + "|" + text("Band") + "|" + text("Mode") + "|" +
+        text("QSL_Rcvd"));
+  };
+  bool inHand = false;  // a saved QSO is in the panel
   for (int n = 0; n < 5000; ++n) {
-    const bool edit = n > 0 && random() % 4 == 0;
+    const unsigned kind = confirmsAndDeletes ? random() % 12 : 2 + random() % 10;
+    if (inHand && kind == 0 && text("QSL_Rcvd") != "V") {
+      // QSL_Rcvd "Y", saved with its Progress update. (Confirming a verified QSO would lower its
+      // card below the letter it counted, which a recompute takes back: no kill's doing.)
+      main.ConfirmCmd.UserClick();
+      tellSaved();
+      continue;
+    }
+    if (inHand && kind == 1) {
+      // The letters a recompute would count from it, for the parent's reckoning.
+      say("deleting|" + text("Call") + "|" + text("DXCCID") + "|" + text("Band") + "|" +
+          text("Mode") + "|" + text("QSL_Rcvd"));
+      const std::string call = text("Call");
+      if (app.setup().ConfirmDeleteCheck.Value() == 1)
+        h.desktop.ExpectMsgBox("Delete current QSO?", ui::vbYes);
+      main.DeleteCmd.UserClick();
+      if (h.desktop.PendingExpectations() != 0) _exit(4);
+      say("deleted|" + call);
+      inHand = main.LogPosition.Recordset().RecordCount() > 0 && !text("Call").empty();
+      continue;
+    }
+    const bool edit = inHand && kind < 4;
     if (!edit) {
       main.NewCmd.UserClick();
       main.Fieldbox(1).UserType(std::string(kPrefixes[random() % 7]) + std::to_string(n) + "X");
@@ -79,10 +114,8 @@ struct Saved {
       pick(8, kQsl[random() % 3]);
     }
     main.SaveCmd.UserClick();
-    db::Recordset& rs = main.LogPosition.Recordset();
-    auto text = [&rs](const char* name) { return rs.Fields(name).Value().ToStringOrEmpty(); };
-    say("saved|" + text("Call") + "|" + text("Band") + "|" + text("Mode") + "|" +
-        text("QSL_Rcvd"));
+    tellSaved();
+    inHand = true;
   }
   _exit(0);
 }
@@ -108,10 +141,16 @@ std::vector<std::vector<std::string>> Query(const std::string& path, const std::
   return rows;
 }
 
+// A QSO the child deleted or was deleting, as a recompute would have counted it.
+struct DeletedQSO {
+  std::string call, dxccId, band, mode, qslRcvd;
+};
+
 // The Progress letters a recompute of `log` gives, by country code: every letter cleared, then
-// each QSO counted in again as a save counts it.
+// each QSO counted in again as a save counts it, also those deleted (a delete keeps its letters).
 std::map<std::string, std::vector<std::string>> Recomputed(const std::string& log,
-                                                           const std::string& scratch) {
+                                                           const std::string& scratch,
+                                                           const std::vector<DeletedQSO>& deleted) {
   // The file with its write-ahead log: what the killed program committed may be only there.
   for (const char* suffix : {"", "-wal"}) {
     std::filesystem::remove(scratch + suffix);
@@ -133,6 +172,16 @@ std::map<std::string, std::vector<std::string>> Recomputed(const std::string& lo
   progress.SetSort("Prefix");
   db::Recordset progressView = progress.OpenRecordset();
   db::Recordset qsos = copy.OpenRecordset("QSOs", db::dbOpenDynaset);
+  for (const DeletedQSO& d : deleted) {
+    qsos.AddNew();
+    qsos.Fields("Call").SetValue(vb::Variant(d.call));
+    qsos.Fields("DXCCID").SetValue(vb::Variant(d.dxccId));
+    qsos.Fields("Band").SetValue(vb::Variant(d.band));
+    qsos.Fields("Mode").SetValue(vb::Variant(d.mode));
+    qsos.Fields("QSL_Rcvd").SetValue(vb::Variant(d.qslRcvd));
+    qsos.Update();
+  }
+  qsos.Requery();
   for (; !qsos.EOF_(); qsos.MoveNext()) UpdateProgress(qsos, progressView, false, {}, nullptr);
   db::Recordset all = copy.OpenRecordset("Progress", db::dbOpenDynaset);
   for (; !all.EOF_(); all.MoveNext()) {
@@ -146,13 +195,13 @@ std::map<std::string, std::vector<std::string>> Recomputed(const std::string& lo
 
 // The operating child as the parent sees it: started, its lines read as they come.
 struct OperatorChild {
-  explicit OperatorChild(unsigned seed) {
+  OperatorChild(unsigned seed, bool confirmsAndDeletes) {
     if (pipe(fds) != 0) return;
     std::fflush(nullptr);
     pid = fork();
     if (pid == 0) {
       close(fds[0]);
-      Operate(fds[1], seed);
+      Operate(fds[1], seed, confirmsAndDeletes);
     }
     close(fds[1]);
   }
@@ -219,14 +268,14 @@ TEST(OperatorKill, AKilledProgramKeepsEverySavedQSOAndNoLetterAhead) {
   const unsigned base = device();
   test::TempDir dir;
   int lostTotal = 0, tornTotal = 0, aheadTotal = 0;
-  long savedTotal = 0;
+  long savedTotal = 0, deletesTotal = 0;
   for (int run = 0; run < kRuns; ++run) {
     const unsigned seed = base + run;
     SCOPED_TRACE("seed " + std::to_string(seed));
     const std::string folder = dir.Join("run" + std::to_string(run));
     std::filesystem::create_directories(folder);
     std::string lastCall;
-    OperatorChild child(seed);
+    OperatorChild child(seed, /*confirmsAndDeletes=*/true);
     ASSERT_GT(child.pid, 0);
     std::mt19937 random(seed);
     std::string line;
@@ -238,20 +287,40 @@ TEST(OperatorKill, AKilledProgramKeepsEverySavedQSOAndNoLetterAhead) {
     child.Kill();
     // What the child said before it died is still in the pipe.
     std::map<std::string, Saved> saved;
+    std::set<std::string> gone;    // deletes that returned
+    std::string deleting;          // a delete begun and not seen to return
+    std::vector<DeletedQSO> deleted;
     while (child.ReadLine(line, 1000)) {
       const std::vector<std::string> parts = SplitSaved(line);
+      if (parts[0] == "deleting") {
+        ASSERT_EQ(parts.size(), 6u) << line;
+        deleting = parts[1];
+        deleted.push_back(DeletedQSO{parts[1], parts[2], parts[3], parts[4], parts[5]});
+        continue;
+      }
+      if (parts[0] == "deleted") {
+        ASSERT_EQ(parts.size(), 2u) << line;
+        ASSERT_EQ(parts[1], deleting) << line;
+        saved.erase(parts[1]);
+        gone.insert(parts[1]);
+        deleting.clear();
+        ++deletesTotal;
+        continue;
+      }
       ASSERT_EQ(parts.size(), 5u) << line;
       ASSERT_EQ(parts[0], "saved") << line;
       saved[parts[1]] = Saved{parts[2], parts[3], parts[4]};
       lastCall = parts[1];
     }
+    // The delete under way when the kill came may or may not have reached the file.
+    if (!deleting.empty()) saved.erase(deleting);
     savedTotal += static_cast<long>(saved.size());
 
     ASSERT_EQ(Query(log, "PRAGMA integrity_check"),
               (std::vector<std::vector<std::string>>{{"ok"}}));
     const auto rows = Query(log, "SELECT Call, Band, Mode, QSL_Rcvd, QSO_Begin FROM QSOs");
     std::map<std::string, Saved> inFile;
-    int torn = 0, blank = 0;
+    int torn = 0, blank = 0, undeleted = 0;
     for (const auto& r : rows) {
       // New writes the QSO in hand as an empty row at once; one may be left, all Null.
       if (r == std::vector<std::string>(5, "<null>")) {
@@ -265,6 +334,10 @@ TEST(OperatorKill, AKilledProgramKeepsEverySavedQSOAndNoLetterAhead) {
       }
       inFile[r[0]] = Saved{r[1] == "<null>" ? "" : r[1], r[2] == "<null>" ? "" : r[2],
                            r[3] == "<null>" ? "" : r[3]};
+      if (gone.count(r[0])) {
+        ++undeleted;
+        ADD_FAILURE() << r[0] << " was deleted and is back";
+      }
     }
     int lost = 0;
     for (const auto& [call, s] : saved) {
@@ -283,11 +356,12 @@ TEST(OperatorKill, AKilledProgramKeepsEverySavedQSOAndNoLetterAhead) {
       }
     }
     EXPECT_LE(blank, 1);
-    EXPECT_LE(rows.size(), saved.size() + 1);
+    EXPECT_LE(rows.size(), saved.size() + (deleting.empty() ? 1 : 2));
     EXPECT_EQ(torn, 0);
+    EXPECT_EQ(undeleted, 0);
 
     // Progress never ahead of a recompute.
-    const auto recomputed = Recomputed(log, folder + "/recomputed.vdb");
+    const auto recomputed = Recomputed(log, folder + "/recomputed.vdb", deleted);
     int ahead = 0;
     for (const auto& r : Query(log, "SELECT * FROM Progress")) {
       const auto it = recomputed.find(r[kProgressCountryCode]);
@@ -308,9 +382,9 @@ TEST(OperatorKill, AKilledProgramKeepsEverySavedQSOAndNoLetterAhead) {
     std::filesystem::remove_all(folder);
     RemoveChildFolder(log);
   }
-  std::printf("operator kills: %d runs, %ld saves returned, rows lost %d, torn rows %d, "
-              "letters ahead of a recompute %d\n",
-              kRuns, savedTotal, lostTotal, tornTotal, aheadTotal);
+  std::printf("operator kills: %d runs, %ld QSOs saved and kept, %ld deletes returned, rows lost "
+              "%d, torn rows %d, letters ahead of a recompute %d\n",
+              kRuns, savedTotal, deletesTotal, lostTotal, tornTotal, aheadTotal);
 }
 
 // A second process holding the log open as the spots program does, reading while the program
@@ -320,7 +394,7 @@ TEST(SiblingReader, SeesEverySavedQSOAtItsNextReadAndNoTornRow) {
   std::random_device device;
   const unsigned seed = device();
   SCOPED_TRACE("seed " + std::to_string(seed));
-  OperatorChild child(seed);
+  OperatorChild child(seed, /*confirmsAndDeletes=*/false);
   ASSERT_GT(child.pid, 0);
   std::string line;
   ASSERT_TRUE(child.ReadLine(line, 60000)) << "the program did not start";
