@@ -22,6 +22,10 @@ class LogPage;
 namespace adif {
 class AdifImport;
 }
+namespace qsl {
+class VellumQSLModule;
+struct QSLServices;
+}
 
 inline constexpr int kFieldCount = 35;  // QSO field slots 0..34
 
@@ -70,6 +74,15 @@ class VellumMain : public ui::Form {
   ui::Grid QSLGrid{"QSLGrid"};
   ui::CommandButton GenerateRequestedCmd{"GenerateRequestedCmd"},
       ProcessPrintedCmd{"ProcessPrintedCmd"}, HelpQSLCmd{"HelpQSLCmd"};
+  // The queue's fill, stop and clear commands, the frame whose caption shows a walk's progress,
+  // and how QSLs and addresses go out (vellum_main_qsl.cpp).
+  ui::CommandButton GenerateNeededCmd{"GenerateNeededCmd"},
+      ClearQSLDatabaseCmd{"ClearQSLDatabaseCmd"};
+  ui::Frame PrintQueueFrame{"PrintQueueFrame"};
+  ui::ControlArray<ui::OptionButton> QSLMode{"QSLMode", 6};
+  ui::ControlArray<ui::OptionButton> AddressMode{"AddressMode", 3};
+  ui::OptionGroup QSLModeGroup, AddressModeGroup;
+  ui::CheckBox QSLPrintPreviewCheck{"QSLPrintPreviewCheck"};
 
   // The Check Progress page.
   ui::DataControl ProgressPosition{"ProgressPosition"};
@@ -237,6 +250,18 @@ class VellumMain : public ui::Form {
   void LogGrid_BeforeColUpdate(int colIndex, const std::string& newText, int& cancel);
   // The queue's commands, when the QSL queue can't be opened or made.
   void DisableQSLCommands();
+  // The QSL tab's queue commands (vellum_main_qsl.cpp), each under the busy guard but Stop.
+  void GenerateNeededCmd_Click();
+  void GenerateRequestedCmd_Click();
+  void StopAddCmd_Click();
+  void ProcessPrintedCmd_Click();
+  void ClearQSLDatabaseCmd_Click();
+  // Section "QSL" of the settings into the controls of this window and of the configuration
+  // window, and back.
+  void InitializeQSLInfo();
+  void SaveQSLInfo();
+  // What the queue's operations are given of this window and the program.
+  qsl::QSLServices QSLWalkServices();
   // Whether a card just received is worth sending to the DXCC desk for verification.
   bool VerificationNeeded();
 
@@ -279,6 +304,12 @@ class VellumMain : public ui::Form {
   void WireAdif();
   // The Check Progress tab's commands and bar.
   void WireProgress();
+  // The QSL tab's queue commands, options and frame.
+  void WireQSL();
+  // Runs a queue command over a module on the queue's display: nothing while another command
+  // runs. The module of a running walk is the one Stop reaches.
+  template <class Body>
+  void RunQSLCommand(Body&& body);
   void FinishImport();
   void BeginStep(int step);
   // The recordset of the Log Page Display, and whether it has rows.
@@ -307,6 +338,7 @@ class VellumMain : public ui::Form {
   LogPage& page_;
   bool fieldsEnabled_ = false;
   std::unique_ptr<adif::AdifImport> import_;  // the running file import, or the last one
+  qsl::VellumQSLModule* runningQSLCommand_ = nullptr;  // the queue command under way, if any
 };
 
 }  // namespace vellumar

@@ -15,7 +15,7 @@ struct CommandText {
 
 constexpr const char* kHelpTip = "show the help page of this tab";
 
-const std::array<CommandText, 39> kCommandTexts = {{
+const std::array<CommandText, 41> kCommandTexts = {{
     // The Log page: the QSO in hand.
     {&VellumMain::NewCmd, "&New", "save the QSO in hand and begin a new one (Ctrl+N)"},
     {&VellumMain::SaveCmd, "&Save",
@@ -53,6 +53,10 @@ const std::array<CommandText, 39> kCommandTexts = {{
     {&VellumMain::AdvancedFilterCmd, "Advanced",
      "display the Advanced Log Sorts and Filters window"},
     // The other tabs.
+    {&VellumMain::GenerateNeededCmd, "Add Needed",
+     "add to the print queue all QSOs whose confirmation is need to pursue awards specified on "
+     "the Configuration window's Awards tab"},
+    {&VellumMain::ClearQSLDatabaseCmd, "Clear", "clear all entries in the QSL queue "},
     {&VellumMain::GenerateRequestedCmd, "Add Requested",
      "add to the print queue all QSOs whose QSL sent status is \"requested\""},
     {&VellumMain::ProcessPrintedCmd, "Update Log",

@@ -82,7 +82,9 @@ VellumMainView::VellumMainView(VellumMain& form)
   layout->addWidget(tabs_, 1);
   BuildLogPage(tabs_->widget(0));
   BuildGridPage(tabs_->widget(1), main_.QSLGrid,
-                {&main_.GenerateRequestedCmd, &main_.ProcessPrintedCmd}, main_.HelpQSLCmd);
+                {&main_.GenerateNeededCmd, &main_.GenerateRequestedCmd, &main_.ClearQSLDatabaseCmd,
+                 &main_.ProcessPrintedCmd},
+                main_.HelpQSLCmd);
   BuildProgressPage(tabs_->widget(2));
   BuildGridPage(tabs_->widget(3), main_.QTHGrid, {}, main_.HelpQTHCmd);
   BuildImportPage(tabs_->widget(4));
