@@ -88,45 +88,70 @@ bool ModeCountsAsRTTY(const std::string& mode) {
                      [&](const char* m) { return lower == m; });
 }
 
+std::string VellumQSLModule::CallKey(const std::string& call) {
+  std::string key = call;
+  for (char& c : key) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return key;
+}
+
+void VellumQSLModule::IndexQueueByCall() {
+  callRows_.clear();
+  if (queue_.BOF() && queue_.EOF_()) return;
+  db::Recordset walk = queue_.Clone();
+  for (walk.MoveFirst(); !walk.EOF_(); walk.MoveNext())
+    callRows_[CallKey(Text(walk, "CALL"))].push_back(walk.Bookmark());
+}
+
+std::vector<db::BookmarkValue>& VellumQSLModule::RowsOfCall(const std::string& call) {
+  if (!indexed_) {
+    IndexQueueByCall();
+    indexed_ = true;
+  }
+  return callRows_[CallKey(call)];
+}
+
 void VellumQSLModule::AddToQSL(db::Recordset& qso, bool needed) {
+  // Outside a walk the queue may have changed since the last call: its index is made anew.
+  if (!walking_) indexed_ = false;
   try {
-    // 1: the call goes into the filter as it is; an apostrophe breaks it.
+    // 1: the call goes into the filter as it is; an apostrophe breaks it (error 3075), which
+    // the search shows by running it. Any other call is found through the index of the queue's
+    // rows by call, in the display's order, as FindFirst and FindNext would find them: the
+    // queue has no index of its own, and a search per row would scan it whole.
     const std::string call = Text(qso, f::Call);
     const std::string filter = qso.Fields(f::Call).Name() + " = '" + call + "'";
-    queue_.FindFirst(filter);
+    if (call.find('\'') != std::string::npos) queue_.FindFirst(filter);
+    std::vector<db::BookmarkValue>& rows = RowsOfCall(call);
     long count = 1;
-    if (!queue_.NoMatch()) {
+    if (!rows.empty()) {
       // 3: is this QSO among the call's rows?
       const std::string freq = Text(qso, f::Freq);
       const std::string mode = Text(qso, f::Mode);
-      for (;;) {
-        if (Text(queue_, "FREQ") == freq && Text(queue_, "MODE") == mode &&
-            queue_.Fields(kQueueQSOBegin).Value().ToDate() ==
-                qso.Fields(f::QSO_Begin).Value().ToDate()) {
-          // 4: queued already; only NEEDED may rise.
-          if (needed && Text(queue_, "NEEDED") != "Y") {
-            queue_.Edit();
-            queue_.Fields("NEEDED").SetValue("Y");
-            queue_.Update();
-            if (onQueued) {
-              onQueued({call, queue_.Fields(kQueueQSOBegin).Value().ToDate(),
-                        Text(queue_, "BAND"), Text(queue_, "MODE"), "Y"});
-            }
+      const double begin = qso.Fields(f::QSO_Begin).Value().ToDate();
+      for (const db::BookmarkValue& row : rows) {
+        queue_.SetBookmark(row);
+        if (Text(queue_, "FREQ") != freq || Text(queue_, "MODE") != mode ||
+            queue_.Fields(kQueueQSOBegin).Value().ToDate() != begin)
+          continue;
+        // 4: queued already; only NEEDED may rise.
+        if (needed && Text(queue_, "NEEDED") != "Y") {
+          queue_.Edit();
+          queue_.Fields("NEEDED").SetValue("Y");
+          queue_.Update();
+          if (onQueued) {
+            onQueued({call, begin, Text(queue_, "BAND"), Text(queue_, "MODE"), "Y"});
           }
-          return;
         }
-        queue_.FindNext(filter);
-        if (queue_.NoMatch()) break;
+        return;
       }
       // 5: the position stays on the last row of the call; every row gets the new count, before
       // the new row is checked, so a refused row leaves them one too high.
       count = LeadingNumber(Text(queue_, "INCIDENCE")) + 1;
-      queue_.FindFirst(filter);
-      while (!queue_.NoMatch()) {
+      for (const db::BookmarkValue& row : rows) {
+        queue_.SetBookmark(row);
         queue_.Edit();
         queue_.Fields("INCIDENCE").SetValue(std::to_string(count));
         queue_.Update();
-        queue_.FindNext(filter);
       }
     }
 
@@ -177,6 +202,7 @@ void VellumQSLModule::AddToQSL(db::Recordset& qso, bool needed) {
     queue_.Fields(kQueueQSLDate).SetValue(vb::Variant::Null());
     // 8
     queue_.Update();
+    rows.push_back(queue_.LastModified());
     if (onQueued) onQueued({call, begin.ToDate(), values[7], values[5], values[12]});
     // 9
     if (!(queue_.BOF() && queue_.EOF_())) queue_.MoveLast();

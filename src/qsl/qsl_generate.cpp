@@ -41,7 +41,14 @@ struct VellumQSLModule::WalkFrame {
     if (s.waitCursor) s.waitCursor(true);
     if (s.queueFrameCaption) savedCaption = s.queueFrameCaption();
     module.stop_ = false;
+    module.walking_ = true;
+    module.indexed_ = false;
     if (s.walkButtons) s.walkButtons(true);
+  }
+  ~WalkFrame() {
+    module.walking_ = false;
+    module.indexed_ = false;
+    module.callRows_.clear();
   }
   // The caption changes only when the date shown (or the pass) does.
   void Show(const std::string& words, double begin) {
@@ -51,6 +58,7 @@ struct VellumQSLModule::WalkFrame {
     if (module.services_.setQueueFrameCaption) module.services_.setQueueFrameCaption(caption);
   }
   void Finish() {
+    module.walking_ = false;
     const QSLServices& s = module.services_;
     if (s.sortQSL) s.sortQSL("OPERATOR, CALL, QSO_BEGIN");
     if (!IsEmptyRecordset(module.queue_)) module.queue_.MoveFirst();

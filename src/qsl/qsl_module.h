@@ -11,6 +11,8 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "platform/db/database.h"
 #include "platform/db/recordset.h"
@@ -116,9 +118,18 @@ class VellumQSLModule {
   void Yield() const;
   bool Ended() const;
 
+  // The queue's rows by call (upper case; the search compares without regard to case), in the
+  // display's order: made at a walk's first AddToQSL and kept up to date by it for the walk.
+  static std::string CallKey(const std::string& call);
+  void IndexQueueByCall();
+  std::vector<db::BookmarkValue>& RowsOfCall(const std::string& call);
+
   db::Recordset& queue_;
   QSLServices services_;
   bool stop_ = false;
+  bool walking_ = false;  // a walk is under way: nothing but AddToQSL changes the queue's rows
+  bool indexed_ = false;
+  std::unordered_map<std::string, std::vector<db::BookmarkValue>> callRows_;
 };
 
 }  // namespace vellumar::qsl
