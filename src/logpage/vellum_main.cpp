@@ -65,6 +65,7 @@ VellumMain::VellumMain(LogPage& page)
   WireFilters();
   WireProgress();
   WireQSL();
+  WireQTHs();
 }
 
 void VellumMain::WireControls() {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/bound/data_control.h"
 #include "platform/bound/grid.h"
@@ -93,10 +94,19 @@ class VellumMain : public ui::Form {
   bool RecomputeCmdBusy = false;  // RecomputeCmd_Click is running
   bool SummaryCmdBusy = false;    // SummaryCmd_Click is running
 
-  // The my QTHs page.
+  // The my QTHs page (vellum_main_qths.cpp): QTHFieldBox(i) shows field i of QTHs (0 the ID).
   ui::DataControl QTHPosition{"QTHPosition"};
   ui::Grid QTHGrid{"QTHGrid"};
   ui::CommandButton HelpQTHCmd{"HelpQTHCmd"};
+  ui::ControlArray<ui::TextBox> QTHFieldBox{"QTHFieldBox", 11};
+  ui::ControlArray<ui::Label> QTHFieldLabel{"QTHFieldLabel", 11};
+  ui::CommandButton NewQTHCmd{"NewQTHCmd"}, SaveQTHCmd{"SaveQTHCmd"},
+      DeleteQTHCmd{"DeleteQTHCmd"}, SetLogCmd{"SetLogCmd"}, ClrLogCmd{"ClrLogCmd"},
+      QTHListCmd{"QTHListCmd"}, QTHFirstCmd{"QTHFirstCmd"}, QTHPrevCmd{"QTHPrevCmd"},
+      QTHNextCmd{"QTHNextCmd"}, QTHLastCmd{"QTHLastCmd"};
+  static constexpr int kMaxQTHs = 1024;
+  bool QTHIsModified = false;
+  std::vector<std::string> MyQTHIDs = std::vector<std::string>(kMaxQTHs);  // IDs by row
 
   // The Import and Export pages.
   ui::CommandButton ImportCmd{"ImportCmd"}, ExportCmd{"ExportCmd"}, HelpImportCmd{"HelpImportCmd"},
@@ -262,6 +272,28 @@ class VellumMain : public ui::Form {
   void SaveQSLInfo();
   // What the queue's operations are given of this window and the program.
   qsl::QSLServices QSLWalkServices();
+  // The my QTHs page.
+  void OpenQTHRecordset(const std::string& pathname);
+  void CloseQTHRecordset();
+  void SetQTHModified(bool value);
+  bool QTHModified() const { return QTHIsModified; }
+  void SetQTHFieldEnable(bool value);
+  void InitializeQTHList();
+  void UpdateQTHList(const std::string& id);
+  void DisplayQTHList();
+  void SyncMyQTHCombo();
+  bool FindMyQTH(const std::string& id);
+  std::string QTHFieldValue(int index);
+  void FormatQTHGrid();
+  void SaveQTHGridColumnWidths();
+  void SaveQTHOrder();
+  void NewQTHCmd_Click();
+  void SaveQTHCmd_Click();
+  void DeleteQTHCmd_Click();
+  void SetLogCmd_Click();
+  void ClrLogCmd_Click();
+  void QTHFieldBox_KeyPress(int index, int& keyAscii);
+  void QTHFieldBox_KeyUp(int index);
   // Whether a card just received is worth sending to the DXCC desk for verification.
   bool VerificationNeeded();
 
@@ -306,6 +338,11 @@ class VellumMain : public ui::Form {
   void WireProgress();
   // The QSL tab's queue commands, options and frame.
   void WireQSL();
+  // The my QTHs page's boxes, commands and grid.
+  void WireQTHs();
+  long QTHCount() const;
+  // SetLogCmd and ClrLogCmd: `id` into every QSO of the Log Page Display after the question.
+  void SetLogQTH(const std::string& id, const std::string& question);
   // Runs a queue command over a module on the queue's display: nothing while another command
   // runs. The module of a running walk is the one Stop reaches.
   template <class Body>
