@@ -86,7 +86,7 @@ VellumMainView::VellumMainView(VellumMain& form)
                  &main_.ProcessPrintedCmd},
                 main_.HelpQSLCmd);
   BuildProgressPage(tabs_->widget(2));
-  BuildGridPage(tabs_->widget(3), main_.QTHGrid, {}, main_.HelpQTHCmd);
+  BuildQTHPage(tabs_->widget(3));
   BuildImportPage(tabs_->widget(4));
   BuildExportPage(tabs_->widget(5));
   PlaceRemaining(central, layout);
