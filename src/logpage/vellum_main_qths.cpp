@@ -42,15 +42,11 @@ void VellumMain::WireQTHs() {
   QTHFieldBox.On(&ui::TextBox::KeyPress,
                  [this](int i, int& ascii) { QTHFieldBox_KeyPress(i, ascii); });
   QTHFieldBox.On(&ui::TextBox::KeyUp, [this](int i, int&, int) { QTHFieldBox_KeyUp(i); });
-  const std::pair<ui::CommandButton*, const char*> commands[] = {
-      {&NewQTHCmd, "New"},        {&SaveQTHCmd, "Save"},       {&DeleteQTHCmd, "Delete"},
-      {&SetLogCmd, "Set Log"},    {&ClrLogCmd, "Clear Log"},   {&QTHListCmd, "List"},
-      {&QTHFirstCmd, "|<"},       {&QTHPrevCmd, "<"},          {&QTHNextCmd, ">"},
-      {&QTHLastCmd, ">|"}};
-  for (const auto& [button, caption] : commands) {
+  // Captions and tool tips come from the command table (vellum_main_commands.cpp).
+  for (ui::CommandButton* button :
+       {&NewQTHCmd, &SaveQTHCmd, &DeleteQTHCmd, &SetLogCmd, &ClrLogCmd, &QTHListCmd, &QTHFirstCmd,
+        &QTHPrevCmd, &QTHNextCmd, &QTHLastCmd})
     Adopt(*button);
-    button->SetCaption(caption);
-  }
   NewQTHCmd.Click = [this] { NewQTHCmd_Click(); };
   SaveQTHCmd.Click = [this] { SaveQTHCmd_Click(); };
   DeleteQTHCmd.Click = [this] { DeleteQTHCmd_Click(); };
