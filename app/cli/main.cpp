@@ -7,6 +7,7 @@
 #include "frame/version.h"
 #include "adif_commands.h"
 #include "award_commands.h"
+#include "qsl_commands.h"
 #include "station_commands.h"
 
 namespace {
@@ -37,6 +38,8 @@ const Command kCommands[] = {
      vellumar::cli::Recompute},
     {"summary", "summary LOG.vdb [dxcc|top]  the DXCC Summary of a log's Progress table",
      vellumar::cli::Summary},
+    {"add-needed", "add-needed LOG.vdb      queue the QSOs whose cards the awards need",
+     vellumar::cli::AddNeeded},
 };
 
 void Usage() {

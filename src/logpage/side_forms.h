@@ -12,6 +12,7 @@ class Capture : public ui::Form {
  public:
   Capture() : ui::Form("Capture") { SetCaption("Vellumar QSO Capture"); }
   ui::ComboBox DXCC{"DXCC"};  // the DXCC prefix list, filled with the main window's
+  ui::ComboBox MyQTH{"MyQTH"};  // the myQTH IDs, filled with the main window's
 };
 
 // The QSL card page: where cards are composed before printing.

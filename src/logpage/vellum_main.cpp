@@ -64,6 +64,8 @@ VellumMain::VellumMain(LogPage& page)
   WireFields();
   WireFilters();
   WireProgress();
+  WireQSL();
+  WireQTHs();
 }
 
 void VellumMain::WireControls() {
@@ -489,10 +491,11 @@ void VellumMain::SetLogTabVisibility(bool visible) {
 void VellumMain::SetQSLTabvisibility(bool visible) { QSLGrid.SetVisible(visible); }
 
 void VellumMain::DisableQSLCommands() {
-  // The queue's fill and update commands on the QSL tab; printing and clearing the queue join
-  // them with their buttons.
+  // The queue's commands on the QSL tab; printing joins them with its button.
   GenerateRequestedCmd.SetEnabled(false);
   ProcessPrintedCmd.SetEnabled(false);
+  GenerateNeededCmd.SetEnabled(false);
+  ClearQSLDatabaseCmd.SetEnabled(false);
 }
 
 void VellumMain::LogFrameSelect_Click(int index) {

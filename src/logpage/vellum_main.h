@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/bound/data_control.h"
 #include "platform/bound/grid.h"
@@ -21,6 +22,10 @@ namespace vellumar {
 class LogPage;
 namespace adif {
 class AdifImport;
+}
+namespace qsl {
+class VellumQSLModule;
+struct QSLServices;
 }
 
 inline constexpr int kFieldCount = 35;  // QSO field slots 0..34
@@ -70,6 +75,15 @@ class VellumMain : public ui::Form {
   ui::Grid QSLGrid{"QSLGrid"};
   ui::CommandButton GenerateRequestedCmd{"GenerateRequestedCmd"},
       ProcessPrintedCmd{"ProcessPrintedCmd"}, HelpQSLCmd{"HelpQSLCmd"};
+  // The queue's fill, stop and clear commands, the frame whose caption shows a walk's progress,
+  // and how QSLs and addresses go out (vellum_main_qsl.cpp).
+  ui::CommandButton GenerateNeededCmd{"GenerateNeededCmd"},
+      ClearQSLDatabaseCmd{"ClearQSLDatabaseCmd"};
+  ui::Frame PrintQueueFrame{"PrintQueueFrame"};
+  ui::ControlArray<ui::OptionButton> QSLMode{"QSLMode", 6};
+  ui::ControlArray<ui::OptionButton> AddressMode{"AddressMode", 3};
+  ui::OptionGroup QSLModeGroup, AddressModeGroup;
+  ui::CheckBox QSLPrintPreviewCheck{"QSLPrintPreviewCheck"};
 
   // The Check Progress page.
   ui::DataControl ProgressPosition{"ProgressPosition"};
@@ -80,10 +94,19 @@ class VellumMain : public ui::Form {
   bool RecomputeCmdBusy = false;  // RecomputeCmd_Click is running
   bool SummaryCmdBusy = false;    // SummaryCmd_Click is running
 
-  // The my QTHs page.
+  // The my QTHs page (vellum_main_qths.cpp): QTHFieldBox(i) shows field i of QTHs (0 the ID).
   ui::DataControl QTHPosition{"QTHPosition"};
   ui::Grid QTHGrid{"QTHGrid"};
   ui::CommandButton HelpQTHCmd{"HelpQTHCmd"};
+  ui::ControlArray<ui::TextBox> QTHFieldBox{"QTHFieldBox", 11};
+  ui::ControlArray<ui::Label> QTHFieldLabel{"QTHFieldLabel", 11};
+  ui::CommandButton NewQTHCmd{"NewQTHCmd"}, SaveQTHCmd{"SaveQTHCmd"},
+      DeleteQTHCmd{"DeleteQTHCmd"}, SetLogCmd{"SetLogCmd"}, ClrLogCmd{"ClrLogCmd"},
+      QTHListCmd{"QTHListCmd"}, QTHFirstCmd{"QTHFirstCmd"}, QTHPrevCmd{"QTHPrevCmd"},
+      QTHNextCmd{"QTHNextCmd"}, QTHLastCmd{"QTHLastCmd"};
+  static constexpr int kMaxQTHs = 1024;
+  bool QTHIsModified = false;
+  std::vector<std::string> MyQTHIDs = std::vector<std::string>(kMaxQTHs);  // IDs by row
 
   // The Import and Export pages.
   ui::CommandButton ImportCmd{"ImportCmd"}, ExportCmd{"ExportCmd"}, HelpImportCmd{"HelpImportCmd"},
@@ -237,6 +260,40 @@ class VellumMain : public ui::Form {
   void LogGrid_BeforeColUpdate(int colIndex, const std::string& newText, int& cancel);
   // The queue's commands, when the QSL queue can't be opened or made.
   void DisableQSLCommands();
+  // The QSL tab's queue commands (vellum_main_qsl.cpp), each under the busy guard but Stop.
+  void GenerateNeededCmd_Click();
+  void GenerateRequestedCmd_Click();
+  void StopAddCmd_Click();
+  void ProcessPrintedCmd_Click();
+  void ClearQSLDatabaseCmd_Click();
+  // Section "QSL" of the settings into the controls of this window and of the configuration
+  // window, and back.
+  void InitializeQSLInfo();
+  void SaveQSLInfo();
+  // What the queue's operations are given of this window and the program.
+  qsl::QSLServices QSLWalkServices();
+  // The my QTHs page.
+  void OpenQTHRecordset(const std::string& pathname);
+  void CloseQTHRecordset();
+  void SetQTHModified(bool value);
+  bool QTHModified() const { return QTHIsModified; }
+  void SetQTHFieldEnable(bool value);
+  void InitializeQTHList();
+  void UpdateQTHList(const std::string& id);
+  void DisplayQTHList();
+  void SyncMyQTHCombo();
+  bool FindMyQTH(const std::string& id);
+  std::string QTHFieldValue(int index);
+  void FormatQTHGrid();
+  void SaveQTHGridColumnWidths();
+  void SaveQTHOrder();
+  void NewQTHCmd_Click();
+  void SaveQTHCmd_Click();
+  void DeleteQTHCmd_Click();
+  void SetLogCmd_Click();
+  void ClrLogCmd_Click();
+  void QTHFieldBox_KeyPress(int index, int& keyAscii);
+  void QTHFieldBox_KeyUp(int index);
   // Whether a card just received is worth sending to the DXCC desk for verification.
   bool VerificationNeeded();
 
@@ -279,6 +336,17 @@ class VellumMain : public ui::Form {
   void WireAdif();
   // The Check Progress tab's commands and bar.
   void WireProgress();
+  // The QSL tab's queue commands, options and frame.
+  void WireQSL();
+  // The my QTHs page's boxes, commands and grid.
+  void WireQTHs();
+  long QTHCount() const;
+  // SetLogCmd and ClrLogCmd: `id` into every QSO of the Log Page Display after the question.
+  void SetLogQTH(const std::string& id, const std::string& question);
+  // Runs a queue command over a module on the queue's display: nothing while another command
+  // runs. The module of a running walk is the one Stop reaches.
+  template <class Body>
+  void RunQSLCommand(Body&& body);
   void FinishImport();
   void BeginStep(int step);
   // The recordset of the Log Page Display, and whether it has rows.
@@ -307,6 +375,7 @@ class VellumMain : public ui::Form {
   LogPage& page_;
   bool fieldsEnabled_ = false;
   std::unique_ptr<adif::AdifImport> import_;  // the running file import, or the last one
+  qsl::VellumQSLModule* runningQSLCommand_ = nullptr;  // the queue command under way, if any
 };
 
 }  // namespace vellumar

@@ -15,7 +15,7 @@ struct CommandText {
 
 constexpr const char* kHelpTip = "show the help page of this tab";
 
-const std::array<CommandText, 39> kCommandTexts = {{
+const std::array<CommandText, 51> kCommandTexts = {{
     // The Log page: the QSO in hand.
     {&VellumMain::NewCmd, "&New", "save the QSO in hand and begin a new one (Ctrl+N)"},
     {&VellumMain::SaveCmd, "&Save",
@@ -53,6 +53,10 @@ const std::array<CommandText, 39> kCommandTexts = {{
     {&VellumMain::AdvancedFilterCmd, "Advanced",
      "display the Advanced Log Sorts and Filters window"},
     // The other tabs.
+    {&VellumMain::GenerateNeededCmd, "Add Needed",
+     "add to the print queue all QSOs whose confirmation is need to pursue awards specified on "
+     "the Configuration window's Awards tab"},
+    {&VellumMain::ClearQSLDatabaseCmd, "Clear", "clear all entries in the QSL queue "},
     {&VellumMain::GenerateRequestedCmd, "Add Requested",
      "add to the print queue all QSOs whose QSL sent status is \"requested\""},
     {&VellumMain::ProcessPrintedCmd, "Update Log",
@@ -66,6 +70,17 @@ const std::array<CommandText, 39> kCommandTexts = {{
      "show the Awards page of the Configuration window"},
     {&VellumMain::HelpProgressCmd, "Help", kHelpTip},
     {&VellumMain::HelpQTHCmd, "Help", kHelpTip},
+    {&VellumMain::NewQTHCmd, "New", "create a new myQTH"},
+    {&VellumMain::SaveQTHCmd, "Save", "save the current myQTH"},
+    {&VellumMain::DeleteQTHCmd, "Delete", "delete the current myQTH"},
+    {&VellumMain::SetLogCmd, "Set Log",
+     "set the myQTH ID of every QSO in the Log Page Display to the current myQTH ID"},
+    {&VellumMain::ClrLogCmd, "Clear Log", "clear the myQTH ID of every QSO in the Log Page Display"},
+    {&VellumMain::QTHListCmd, "List", "list the myQTH IDs"},
+    {&VellumMain::QTHFirstCmd, "|<", "go to the first myQTH"},
+    {&VellumMain::QTHPrevCmd, "<", "go to the previous myQTH"},
+    {&VellumMain::QTHNextCmd, ">", "go to the next myQTH"},
+    {&VellumMain::QTHLastCmd, ">|", "go to the last myQTH"},
     {&VellumMain::ImportCmd, "Start", "click to import QSOs from an ADIF-compliant log file"},
     {&VellumMain::HelpImportCmd, "Help", kHelpTip},
     {&VellumMain::ExportCmd, "Start", "click to export filtered QSOs to an ADIF-compliant log file"},

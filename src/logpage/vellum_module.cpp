@@ -197,10 +197,7 @@ void VellumModule::OpenLog(const std::string& pathname, bool beginNewQSO) {
     main.ProgressPosition.SetRecordset(ProgressView);
 
     state = 11;
-    QTHRecordset = LogDatabase.OpenRecordset("QTHs", db::dbOpenDynaset);
-    main.QTHPosition.DatabaseName = pathname;
-    main.QTHPosition.RecordSource = "QTHs";
-    main.QTHPosition.SetRecordset(QTHRecordset);
+    main.OpenQTHRecordset(pathname);
 
     state = 12;
     LogRecordset = LogDatabase.OpenRecordset("QSOs", db::dbOpenDynaset);
@@ -273,6 +270,7 @@ void VellumModule::CloseLog() {
     // A recompute's writes so far stay in the file: its open group is committed first.
     if (RecomputeBatch) IgnoringErrors([&] { RecomputeBatch->Commit(); });
     IgnoringErrors([&] { SaveLogOrder(); });
+    IgnoringErrors([&] { main.SaveQTHOrder(); });
     IgnoringErrors([&] { SavePrevFieldValues(); });
     IgnoringErrors([&] { main.SetFieldEnable(false); });
     IgnoringErrors([&] { main.LogPosition.Recordset().Close(); });

@@ -41,6 +41,8 @@ void QSLQueue::OpenQSLQueue(const std::string& pathname, ui::DataControl& positi
     position.DatabaseName = pathname;
     position.RecordSource = "PrintQueue";
     position.SetRecordset(display_);
+    position_ = &position;
+    if (InitializeQSLInfo) InitializeQSLInfo();
     open_ = true;
   } catch (...) {
     errorLog_.WriteErrorLog("Unable to open QSLQueue " + pathname);
@@ -58,11 +60,22 @@ void QSLQueue::CloseQSLQueue(ui::DataControl& position) {
     } catch (...) {
     }
   };
+  if (SaveQSLInfo) ignoring([&] { SaveQSLInfo(); });
   ignoring([&] { position.SetRecordset(db::Recordset()); });
   ignoring([&] { if (display_) display_.Close(); });
   ignoring([&] { if (master_) master_.Close(); });
   ignoring([&] { if (database_) database_.Close(); });
   open_ = false;
+  position_ = nullptr;
+}
+
+void QSLQueue::SortQSL(const std::string& order) {
+  if (!open_ || !position_) return;
+  master_.SetSort(order);
+  db::Recordset sorted = master_.OpenRecordset();
+  if (display_) display_.Close();
+  display_ = sorted;
+  position_->SetRecordset(display_);
 }
 
 }  // namespace vellumar

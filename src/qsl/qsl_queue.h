@@ -23,8 +23,17 @@ class QSLQueue {
   void CloseQSLQueue(ui::DataControl& position);
   bool IsOpen() const { return open_; }
 
+  // Orders the display recordset anew: the master takes the order and the display is opened
+  // from it again, on its first row. Nothing while the queue is closed.
+  void SortQSL(const std::string& order);
+  const std::string& Pathname() const { return pathname_; }
+
   // DisableQSLCommands of the QSL tab.
   std::function<void()> DisableQSLCommands;
+  // The section "QSL" of the settings into the windows' controls once the queue is open, and
+  // back first thing at the close.
+  std::function<void()> InitializeQSLInfo;
+  std::function<void()> SaveQSLInfo;
 
  private:
   ui::Desktop& desktop_;
@@ -33,6 +42,7 @@ class QSLQueue {
   db::Database database_;
   db::Recordset master_;   // dynaset on PrintQueue; carries the sort
   db::Recordset display_;  // opened from the master, shown by QSLPosition
+  ui::DataControl* position_ = nullptr;
   bool open_ = false;
 };
 

@@ -81,10 +81,9 @@ VellumMainView::VellumMainView(VellumMain& form)
   tabs_ = WidgetAs<QTabWidget>(main_.TabbedDialog, central);
   layout->addWidget(tabs_, 1);
   BuildLogPage(tabs_->widget(0));
-  BuildGridPage(tabs_->widget(1), main_.QSLGrid,
-                {&main_.GenerateRequestedCmd, &main_.ProcessPrintedCmd}, main_.HelpQSLCmd);
+  BuildQSLPage(tabs_->widget(1));
   BuildProgressPage(tabs_->widget(2));
-  BuildGridPage(tabs_->widget(3), main_.QTHGrid, {}, main_.HelpQTHCmd);
+  BuildQTHPage(tabs_->widget(3));
   BuildImportPage(tabs_->widget(4));
   BuildExportPage(tabs_->widget(5));
   PlaceRemaining(central, layout);
@@ -190,7 +189,7 @@ QWidget* VellumMainView::BuildLogPage(QWidget* page) {
     commands->addWidget(Widget(*c, page));
   commands->addStretch(1);
   for (ui::CommandButton* c :
-       {&main_.StopAddCmd, &main_.RACcmd, &main_.PlotLogCmd, &main_.ReportLogCmd, &main_.CaptureCmd,
+       {&main_.RACcmd, &main_.PlotLogCmd, &main_.ReportLogCmd, &main_.CaptureCmd,
         &main_.ConfigLogCmd, &main_.HelpLogCmd})
     commands->addWidget(Widget(*c, page));
   return page;

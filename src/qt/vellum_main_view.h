@@ -45,6 +45,8 @@ class VellumMainView : public FormView {
                                  std::initializer_list<Labelled> counts);
   // The Check Progress tab: its grid, the bar of a recompute under it, and its commands.
   void BuildProgressPage(QWidget* page);
+  void BuildQTHPage(QWidget* page);
+  void BuildQSLPage(QWidget* page);
   void BuildImportPage(QWidget* page);
   void BuildExportPage(QWidget* page);
   QWidget* FieldPanel(ui::Control& frame, const std::vector<int>& fields, int pairsPerRow,
