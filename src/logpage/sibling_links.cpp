@@ -23,7 +23,9 @@ link::LinkEndpoint& SiblingLinks::Endpoint() {
   // A program built without a transport has nothing to report; one whose name is taken says
   // so once, and works without the siblings.
   if (!transport_) return *endpoint_;
-  if (!transport_->RegisterApplication(kApplicationName)) {
+  if (const std::string why = transport_->Unavailable(); !why.empty()) {
+    page_.common.WriteErrorLog(why + ": working without the siblings");
+  } else if (!transport_->RegisterApplication(kApplicationName)) {
     page_.common.WriteErrorLog(std::string("the name ") + kApplicationName +
                                " is owned by another program: working without the siblings");
   } else {
