@@ -16,6 +16,7 @@
 #include "frame/settings_store.h"
 #include "platform/services/clock.h"
 #include "program/application.h"
+#include "qt/dbus_endpoint.h"
 #include "qt/first_paint_probe.h"
 #include "qt/program_views.h"
 #include "qt/qt_desktop.h"
@@ -67,6 +68,8 @@ int main(int argc, char** argv) {
   const vellumar::DataFolder dataFolder = vellumar::DataFolder::FromEnvironment();
 
   std::optional<int> exitCode;  // set by the unload's last step
+  // The sibling programs' transport, on the session bus; it outlives the program's links.
+  vellumar::qt::DBusEndpoint siblingBus;
   vellumar::Application app(vellumar::ApplicationPlatform{
       .common =
           vellumar::CommonContext{.dataFolder = dataFolder, .clock = clock, .desktop = desktop},
@@ -78,6 +81,7 @@ int main(int argc, char** argv) {
             exitCode = code;
             QCoreApplication::exit(code);
           },
+      .link = &siblingBus,
   });
   vellumar::qt::ProgramViews views(app);
   vellumar::qt::TerminationSignal termination([&app, &exitCode](int unloadMode) {

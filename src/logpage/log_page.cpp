@@ -5,8 +5,13 @@
 namespace vellumar {
 
 LogPage::LogPage(LogPageServices services)
-    : LogPageServices(std::move(services)), config(setup().Options()), module(*this), main(*this), dxccSummary(*this) {
+    : LogPageServices(std::move(services)), config(setup().Options()), module(*this), main(*this), dxccSummary(*this),
+      siblings(*this, linkEndpoint) {
   setup().SetObserver(this);
+  capture.Attach(*this);
+  setup().ClustrineNewAwards = [this] { siblings.client.ClustrineNewAwards(); };
+  trailmark.SetSender(
+      [this](const std::string& callsign) { siblings.client.TrailmarkGetQSLInfo(callsign); });
   // The advanced window is built after the main window, whose commands its buttons run.
   main.WireAdvancedFilter();
 }

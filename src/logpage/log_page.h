@@ -14,10 +14,12 @@
 #include "frame/settings_store.h"
 #include "interop/trailmark_queries.h"
 #include "logpage/dxcc_summary.h"
+#include "logpage/sibling_links.h"
 #include "logpage/side_forms.h"
 #include "logpage/vellum_main.h"
 #include "logpage/vellum_module.h"
 #include "logstore/log_schema.h"
+#include "platform/link/endpoint.h"
 #include "platform/services/desktop.h"
 #include "platform/services/event_loop.h"
 #include "qsl/qsl_queue.h"
@@ -40,6 +42,8 @@ struct LogPageServices {
   QSLQueue& qslQueue;
   VellumSetup& setup;                        // loaded and unloaded by the main window
   std::function<void(int code)> endProcess;  // ends the process: Form_Unload's last step
+  // The program's place on the transport to the siblings; null when there is none.
+  link::LinkEndpoint* linkEndpoint = nullptr;
 };
 
 // The services are its base, so that the windows here read them as page_.loop, page_.dxcc...
@@ -60,6 +64,7 @@ class LogPage final : public LogPageServices, public ConfigObserver {
   AddressEditor addressEditor;
   interop::TrailmarkQueries trailmark;  // questions for the QSL route program
   DXCCSummary dxccSummary;  // loaded on first use
+  SiblingLinks siblings;    // the conversations with the sibling programs
 
   // The configuration window itself, for its load and unload, its pages and its layout table.
   VellumSetup& setup() { return LogPageServices::setup; }

@@ -7,12 +7,28 @@
 
 namespace vellumar {
 
+class LogPage;
+
 // The fast QSO entry window, shown at start.
 class Capture : public ui::Form {
  public:
-  Capture() : ui::Form("Capture") { SetCaption("Vellumar QSO Capture"); }
+  Capture();
   ui::ComboBox DXCC{"DXCC"};  // the DXCC prefix list, filled with the main window's
   ui::ComboBox MyQTH{"MyQTH"};  // the myQTH IDs, filled with the main window's
+  ui::TextBox Callsign{"Callsign"};
+  ui::TextBox Frequency{"Frequency"};  // MHz
+  ui::ComboBox Mode{"Mode"};           // the main window's modes
+
+  // The Log page it logs into; set once by the page (capture_commands.cpp).
+  void Attach(LogPage& page) { page_ = &page; }
+  // Empties the station's boxes and deselects the mode.
+  void ClearCmd_Click();
+  // The station looked up: its QSL route asked for, the transceiver's frequency and mode (or
+  // the previous QSO's), and the entity through Atlasine or the local lookup.
+  void LookupCmd_Click();
+
+ private:
+  LogPage* page_ = nullptr;
 };
 
 // The QSL card page: where cards are composed before printing.

@@ -299,9 +299,17 @@ void VellumMain::VellumMain_Load() {
     ClustrineNewlogTimer.SetEnabled(false);
     ErrorTimer.SetEnabled(true);
 
-    BeginStep(14);  // sibling links: none are made until interoperation exists
+    BeginStep(14);
+    page_.siblings.InitializeClient();
+
     BeginStep(15);
+    page_.siblings.InitializeServer();
+
     BeginStep(16);
+    if (page_.module.LogOpen()) {
+      page_.siblings.client.AtlasineNewLog(page_.config.LogPathname());
+      page_.siblings.client.ClustrineNewLog(page_.config.LogPathname());
+    }
 
     BeginStep(17);
     page_.module.EnableLogActions(page_.module.LogOpen());
@@ -341,7 +349,8 @@ void VellumMain::InitTimer_Timer() {
       page_.GetWindowSetting(setting::kWindow.stateRead, std::to_string(WindowState())),
       WindowState()));
   page_.loop.Yield();
-  // Route queries to Trailmark are allowed from here on, once links exist.
+  // Only now: no route query may reach a half-built window.
+  page_.siblings.client.AllowTrailmarkQueries();
 }
 
 void VellumMain::ErrorTimer_Timer() {
@@ -365,9 +374,6 @@ void VellumMain::ShutdownTimer_Timer() {
   VellumMain_Unload(cancel);
 }
 
-void VellumMain::AtlasineNewlogTimer_Timer() { AtlasineNewlogTimer.SetEnabled(false); }
-void VellumMain::ClustrineNewlogTimer_Timer() { ClustrineNewlogTimer.SetEnabled(false); }
-void VellumMain::ServerRetryTimer_Timer() {}
 
 void VellumMain::VellumMain_QueryUnload(int& cancel, int unloadMode) {
   // Only a running import refuses the unload.
@@ -383,7 +389,8 @@ void VellumMain::VellumMain_Unload(int& cancel) {
   (void)cancel;
   auto ignoring = [](auto&& step) { IgnoringErrors(step); };
   ignoring([&] { page_.cardPage.Unload(); });
-  // Sibling links would end here: the server first, then the client.
+  page_.siblings.server.Terminate();
+  page_.siblings.client.Terminate();
   if (page_.module.RecordModified()) {
     ignoring([&] { LogPosition.UpdateControls(); });
     page_.module.SetModified(false);

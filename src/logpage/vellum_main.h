@@ -227,6 +227,9 @@ class VellumMain : public ui::Form {
   // Wires the advanced window's events to these commands, once the window exists.
   void WireAdvancedFilter();
 
+  // A sibling's `log` command: its ADIF text added to the open log (vellum_main_siblings.cpp).
+  void ProcessSiblingLog(const std::string& text);
+
   // The Import and Export tabs (vellum_main_adif.cpp).
   void ImportCmd_Click();
   void ExportCmd_Click();

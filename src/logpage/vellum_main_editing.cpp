@@ -120,9 +120,18 @@ void VellumMain::BeginNewRow(bool checkListSize) {
 void VellumMain::CountIntoProgress() {
   db::Recordset& progress = ProgressPosition.Recordset();
   if (!progress) return;
-  // The siblings hear of a counted QSO once links to them exist; until then nobody listens.
+  // The linked siblings hear of the counted QSO.
+  interop::DDEClientModule& client = page_.siblings.client;
+  ProgressNotifications notifications{
+      .atlasineUpdateProgress = [&](const std::string& text) { client.AtlasineUpdateProgress(text); },
+      .clustrineUpdateProgress =
+          [&](const std::string& callsign, const std::string& band, const std::string& mode,
+              const std::string& dxcc, const std::string& progressText) {
+            client.ClustrineUpdateProgress(callsign, band, mode, dxcc, progressText);
+          },
+  };
   UpdateProgress(
-      Log(), progress, true, ProgressNotifications{},
+      Log(), progress, true, notifications,
       [this](int number, const std::string& where) { page_.common.ReportError(number, where); });
   ProgressPosition.Repositioned();
 }
@@ -346,9 +355,12 @@ void VellumMain::LogGrid_RowColChange(const db::BookmarkValue& lastRow, int last
   IgnoringErrors([&] { current = Log().Bookmark(); });
   if (current == lastRow) return;
   const std::string call = Fieldbox(field::Call).Text();
-  // The map program follows the cursor through the log once it is linked; the local lookup
-  // fills the lookup slots in its place.
-  if (!call.empty()) page_.dxcc.Lookup(call);
+  // The map program follows the cursor through the log; unlinked, the local lookup fills the
+  // lookup slots in its place.
+  if (!call.empty()) {
+    page_.siblings.client.AtlasineLookup(call);
+    page_.trailmark.GetQSLInfo(call);
+  }
 }
 
 void VellumMain::LogGrid_AfterUpdate() { page_.module.SetModified(false); }
@@ -392,11 +404,12 @@ void VellumMain::InitializeQSO() {
   module.InitializeField(field::TX_Power, config.TransmitPower());
   module.InitializeField(field::QSLMsg, config.QSLMessage());
   if (config.AutoSetDateTime()) SetQSOStartTime();
-  // The callbook is asked once it is installed; the map program answers the lookup once it is
-  // linked. Until then the local lookup fills the slots.
+  // The callbook is asked once it is installed. The map program answers the lookup when it is
+  // linked, its answer in the slots before the command returns; else the local lookup fills them.
   LookupSlots& slots = page_.lookupSlots;
   slots.ClearLookup();
-  page_.dxcc.Lookup(Fieldbox(field::Call).Text());
+  page_.siblings.client.AtlasineLookup(Fieldbox(field::Call).Text());
+  page_.trailmark.GetQSLInfo(Fieldbox(field::Call).Text());
   module.InitializeField(field::DXCCID, slots.DXCCID);
   module.InitializeField(field::DXCCPrefix, slots.DXCCPrefix);
   module.InitializeField(field::CONT, slots.Cont);

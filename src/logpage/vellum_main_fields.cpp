@@ -202,7 +202,7 @@ void VellumMain::Fieldbox_KeyPress(int index, int& keyAscii) {
 // cursor goes on to the contest serial in a contest, else to the report sent.
 void VellumMain::CallsignEntered() {
   if (!Fieldbox(field::Call).Text().empty()) {
-    // The spot program hears of the station once it is linked.
+    page_.siblings.client.ClustrineSpotStation(Fieldbox(field::Call).Text());
     InitializeQSO();
     if (page_.config.RunMode()) NewCmd_Click();
   }
@@ -351,7 +351,7 @@ void VellumMain::fieldbox_DblClick(int index) {
       // The display narrows to the station's QSOs, and the siblings look the station up.
       FilterField.SetText(call);
       FilterCallCmd_Click();
-      page_.dxcc.Lookup(call);
+      page_.siblings.client.AtlasineLookup(call);
       page_.trailmark.GetQSLInfo(call);
       return;
     }

@@ -66,8 +66,19 @@ bool HasRows(const db::Recordset& rs) { return !(rs.BOF() && rs.EOF_()); }
 }  // namespace
 
 void VellumModule::NotifySibling(SiblingNotice notice, const std::string& text) {
-  // Nobody listens until links to the siblings exist; tests watch the notices here.
-  if (OnSiblingNotice) OnSiblingNotice(notice, text);
+  if (OnSiblingNotice) OnSiblingNotice(notice, text);  // tests watch the notices here
+  interop::DDEClientModule& client = page_.siblings.client;
+  switch (notice) {
+    case SiblingNotice::kAtlasineNewLog:
+      client.AtlasineNewLog(text);
+      break;
+    case SiblingNotice::kClustrineNewLog:
+      client.ClustrineNewLog(text);
+      break;
+    case SiblingNotice::kAtlasineUpdateProgress:
+      client.AtlasineUpdateProgress(text);
+      break;
+  }
 }
 
 void VellumModule::FormatProgressGrid() {

@@ -55,6 +55,7 @@ Application::Application(ApplicationPlatform platform)
           .qslQueue = qslQueue,
           .setup = *setupForm,
           .endProcess = [this](int code) { EndProcess(code); },
+          .linkEndpoint = platform.link,
       }),
       module(logPage.module),
       main(logPage.main),

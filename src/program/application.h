@@ -12,6 +12,7 @@
 #include "frame/settings_store.h"
 #include "logpage/log_page.h"
 #include "logstore/log_schema.h"
+#include "platform/link/endpoint.h"
 #include "platform/services/event_loop.h"
 #include "qsl/qsl_queue.h"
 #include "station/band_table.h"
@@ -29,6 +30,8 @@ struct ApplicationPlatform {
   std::string installedData;  // folder of the files installed with the program (DXCC.vdb...)
   // Ends the process at once with the code, without the orderly shut-down.
   std::function<void(int code)> exitProcess;
+  // The transport to the sibling programs (the session bus); null to run without one.
+  link::LinkEndpoint* link = nullptr;
 };
 
 class Application {

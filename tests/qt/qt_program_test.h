@@ -6,10 +6,13 @@
 
 #include <QApplication>
 #include <QWidget>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "frame/settings_store.h"
+#include "platform/link/in_process_bus.h"
 #include "platform/vb/date_locale.h"
 #include "program/application.h"
 #include "qt/program_views.h"
@@ -30,6 +33,7 @@ class QtProgramTest : public ::testing::Test {
         .settingsRoot = dir_.Join("config"),
         .installedData = std::string(VELLUMAR_BINARY_DIR) + "/data",
         .exitProcess = [this](int code) { exitCode_ = code; },
+        .link = programEndpoint_.get(),
     });
     views_.emplace(*app_);
     app_->Start();
@@ -55,6 +59,9 @@ class QtProgramTest : public ::testing::Test {
   vellumar::test::ScriptedDesktop desktop_;
   vb::ScopedDateLocale dateLocale_{vb::DateLocale{}};
   std::optional<int> exitCode_;
+  // The bus the program and a test's siblings meet on; closed links arrive as events.
+  link::InProcessBus bus_{[this](std::function<void()> work) { loop_.Post(std::move(work)); }};
+  std::unique_ptr<link::LinkEndpoint> programEndpoint_ = bus_.Join();
   std::optional<Application> app_;
   std::optional<ProgramViews> views_;
 };

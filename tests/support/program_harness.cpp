@@ -33,6 +33,7 @@ Application& ProgramHarness::Build() {
       .settingsRoot = dir.Join("config"),
       .installedData = installed_,
       .exitProcess = [this](int code) { exitCode = code; },
+      .link = programEndpoint.get(),
   });
   return *app;
 }

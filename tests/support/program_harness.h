@@ -2,10 +2,13 @@
 // A whole program in memory: a temporary data folder and settings folder, a virtual clock and
 // event loop, a scripted desktop, and a folder of installed files (a DXCC database and the band
 // table) that the program copies into its data folder at start.
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "config/vellum_setup.h"
+#include "platform/link/in_process_bus.h"
 #include "platform/services/virtual_clock_loop.h"
 #include "program/application.h"
 #include "support/frame_harness.h"
@@ -56,6 +59,10 @@ class ProgramHarness {
   vb::ScopedDateLocale dateLocale{vb::DateLocale{}};
   SettingsStore settings;  // the same files the program reads
   std::optional<int> exitCode;
+  // The bus the program and the tests' siblings meet on; its notices of closed links arrive as
+  // events of the loop. The program's place on it outlives the program.
+  link::InProcessBus bus{[this](std::function<void()> work) { loop.Post(std::move(work)); }};
+  std::unique_ptr<link::LinkEndpoint> programEndpoint = bus.Join();
   std::optional<Application> app;
 
  private:

@@ -34,6 +34,9 @@ class LinkEndpoint {
  public:
   virtual ~LinkEndpoint() = default;
 
+  // Why this transport can't be used at all (no session bus...); "" when it can.
+  virtual std::string Unavailable() const { return {}; }
+
   // Claims the application name; false when another program owns it. A program has at most
   // one name; claiming a second one replaces the first.
   virtual bool RegisterApplication(const std::string& application) = 0;
