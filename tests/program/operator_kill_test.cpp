@@ -80,6 +80,7 @@ struct Saved {
     if (inHand && kind == 0 && text("QSL_Rcvd") != "V") {
       // QSL_Rcvd "Y", saved with its Progress update. (Confirming a verified QSO would lower its
       // card below the letter it counted, which a recompute takes back: no kill's doing.)
+      say("confirming|" + text("Call"));  // the QSO whose card may change before "saved"
       main.ConfirmCmd.UserClick();
       tellSaved();
       continue;
@@ -296,6 +297,11 @@ TEST(OperatorKill, AKilledProgramKeepsEverySavedQSOAndNoLetterAhead) {
         ASSERT_EQ(parts.size(), 6u) << line;
         deleting = parts[1];
         deleted.push_back(DeletedQSO{parts[1], parts[2], parts[3], parts[4], parts[5]});
+        continue;
+      }
+      if (parts[0] == "confirming") {
+        ASSERT_EQ(parts.size(), 2u) << line;
+        lastCall = parts[1];  // a confirm under way may have reached the file
         continue;
       }
       if (parts[0] == "deleted") {
