@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= 2
 CMAKE_BUILD_TYPE ?= RelWithDebInfo
 
-.PHONY: setup configure build run test test-asan fuzz fuzz-adif bench clean
+.PHONY: setup configure build run install package test test-asan fuzz fuzz-adif bench clean
 
 setup:
 	@scripts/setup
@@ -28,6 +28,16 @@ run: build
 	  echo "run: no display (DISPLAY and WAYLAND_DISPLAY are unset); starting under xvfb-run"; \
 	  xvfb-run -a -s "-screen 0 1400x1000x24" $(BUILD)/bin/vellumar; \
 	fi
+
+# The executables, the read-only data, the help pages, the menu entry, icons and metainfo under
+# PREFIX (bin/, share/vellumar/, share/applications/...): `make install PREFIX=~/.local`.
+PREFIX ?= /usr/local
+install: build
+	cmake --install $(BUILD) --prefix "$(PREFIX)"
+
+# The Debian package vellumar_<version>_<arch>.deb in $(BUILD): `apt install ./vellumar_*.deb`.
+package: build
+	cd $(BUILD) && cpack -G DEB
 
 # The whole suite on a sanitized build (AddressSanitizer with leak checks, and
 # UndefinedBehaviorSanitizer): `make test-asan`. The options reach the test programs that CMake

@@ -5,6 +5,7 @@
 // manager's ending, and the unload's last step ends the Qt loop with its exit code.
 #include <QApplication>
 #include <QFile>
+#include <QIcon>
 #include <QTextStream>
 #include <QTimer>
 #include <QWidget>
@@ -58,6 +59,10 @@ void WriteWidgetMapWhenAsked() {
 int main(int argc, char** argv) {
   QApplication qapp(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Vellumar"));
+  // The menu entry's name: the window manager groups the windows under the entry and its icon
+  // (the icon theme holds it once the program is installed).
+  QGuiApplication::setDesktopFileName(QStringLiteral("org.vellumar.Vellumar"));
+  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.vellumar.Vellumar")));
   // Windows close when their forms unload; the last one closing ends nothing by itself.
   QApplication::setQuitOnLastWindowClosed(false);
   vellumar::qt::FirstPaintProbe::InstallWhenAsked();

@@ -75,6 +75,9 @@ void Application::Start() {
   // place where missing.
   CopyInstalledFilesWhenMissing(installedData_, common.ApplicationDirectory(),
                                 StationInstalledFiles());
+  // The help pages, which InvokeHelp opens from the data folder's Help.
+  CopyInstalledFilesWhenMissing(installedData_, common.ApplicationDirectory(),
+                                InstalledFolderFiles(installedData_, "Help"));
   try {
     main.Show();
   } catch (const ProgramTermination&) {

@@ -1,6 +1,13 @@
 #include "station/installed_files.h"
 
+#include <algorithm>
 #include <filesystem>
+
+// The installed data folder as a path from the folder of the executables (set by the build
+// from the install directories; "../share/vellumar" for the usual layout).
+#ifndef VELLUMAR_INSTALLED_DATA_FROM_BIN
+#define VELLUMAR_INSTALLED_DATA_FROM_BIN "../share/vellumar"
+#endif
 
 namespace vellumar {
 
@@ -8,7 +15,34 @@ std::string InstalledDataFolder() {
   std::error_code ec;
   std::filesystem::path exe = std::filesystem::read_symlink("/proc/self/exe", ec);
   if (ec) return "data";
-  return (exe.parent_path().parent_path() / "data").lexically_normal().string();
+  return InstalledDataFolderFor(exe.string());
+}
+
+std::string InstalledDataFolderFor(const std::string& executable) {
+  namespace fs = std::filesystem;
+  const fs::path bin = fs::path(executable).parent_path();
+  std::error_code ec;
+  const fs::path installed = (bin / VELLUMAR_INSTALLED_DATA_FROM_BIN).lexically_normal();
+  if (fs::is_directory(installed, ec)) return installed.string();
+  return (bin.parent_path() / "data").lexically_normal().string();
+}
+
+std::vector<InstalledFile> InstalledFolderFiles(const std::string& installedFolder,
+                                                const std::string& folder) {
+  namespace fs = std::filesystem;
+  std::vector<InstalledFile> files;
+  const fs::path root(installedFolder);
+  std::error_code ec;
+  fs::recursive_directory_iterator it(root / folder, ec), end;
+  for (; !ec && it != end; it.increment(ec)) {
+    std::error_code fileEc;
+    if (!it->is_regular_file(fileEc)) continue;
+    const std::string relative = it->path().lexically_relative(root).generic_string();
+    if (!relative.empty()) files.push_back({relative, relative});
+  }
+  std::sort(files.begin(), files.end(),
+            [](const InstalledFile& a, const InstalledFile& b) { return a.data < b.data; });
+  return files;
 }
 
 const std::vector<InstalledFile>& StationInstalledFiles() {

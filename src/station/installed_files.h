@@ -12,9 +12,19 @@ struct InstalledFile {
   std::string data;       // path below the data folder, e.g. "Databases/DXCC.vdb"
 };
 
-// The folder of the installed read-only files: "data" beside the folder of the running
-// executable (the build puts executables in bin/ and these files in data/).
+// The folder of the installed read-only files, found from the running executable: in an
+// installed tree the data folder of the installation (share/vellumar beside bin/), in the build
+// tree "data" beside bin/.
 std::string InstalledDataFolder();
+
+// The same for an executable's path, so that either layout can be tried: the installed
+// layout's folder when it exists, else the build tree's.
+std::string InstalledDataFolderFor(const std::string& executable);
+
+// Every regular file below installedFolder/folder, each copied to the same path below the data
+// folder (the help pages: "Help/Log.htm"), in name order. An absent folder gives none.
+std::vector<InstalledFile> InstalledFolderFiles(const std::string& installedFolder,
+                                                const std::string& folder);
 
 // The installed files of the station information: the DXCC database and the band table.
 const std::vector<InstalledFile>& StationInstalledFiles();
